@@ -1,0 +1,7 @@
+#pragma once
+/// All of the base library.
+#include <dorsel/globals.h>
+#include <dorsel/paths.h>
+#include <dorsel/settings.h>
+#include <dorsel/strings.h>
+#include <dorsel/trace.h>

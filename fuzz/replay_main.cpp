@@ -1,0 +1,24 @@
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+/// Runs a fuzz target over every file of the folders named.
+int main(int count, char** arguments) {
+    int files = 0;
+    for (int i = 1; i < count; ++i) {
+        for (const auto& entry : std::filesystem::directory_iterator(arguments[i])) {
+            std::ifstream stream(entry.path(), std::ios::binary);
+            const std::string bytes((std::istreambuf_iterator<char>(stream)),
+                                    std::istreambuf_iterator<char>());
+            LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+            ++files;
+        }
+    }
+    std::printf("%d inputs replayed\n", files);
+    return files > 0 ? 0 : 1;
+}

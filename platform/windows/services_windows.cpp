@@ -1,0 +1,136 @@
+#include <shellapi.h>
+#include <windows.h>
+
+#include <ctime>
+#include <string>
+
+#include <platform/clock.h>
+#include <platform/machine.h>
+#include <platform/prompt.h>
+#include <platform/replaceable.h>
+#include <platform/windows/handle.h>
+
+namespace platform {
+namespace {
+
+class WindowsClock : public Clock {
+  public:
+    std::int64_t now() override { return ::_time64(nullptr); }
+    LocalTime localTime(std::int64_t seconds) override {
+        const __time64_t time = seconds;
+        std::tm parts{};
+        if (::_localtime64_s(&parts, &time) != 0) return {};
+        return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,
+                parts.tm_min,         parts.tm_sec,     true};
+    }
+};
+
+/// HtmlHelp's commands (htmlhelp.h): a page of the file, and the window that owns the viewer.
+using HtmlHelpFunction = HWND(WINAPI*)(HWND, const char*, UINT, DWORD_PTR);
+constexpr UINT displayTopic = 0;
+
+class WindowsMachine : public Machine {
+  public:
+    std::string computerName() override {
+        char name[256];
+        DWORD size = sizeof name;
+        return ::GetComputerNameA(name, &size) ? std::string(name, size) : std::string();
+    }
+
+    int windowsNtVersion() override {
+        OSVERSIONINFOW version{};
+        version.dwOSVersionInfoSize = sizeof version;
+        if (!::GetVersionExW(&version) || version.dwPlatformId != VER_PLATFORM_WIN32_NT) return 0;
+        return static_cast<int>(version.dwMajorVersion);
+    }
+
+    bool openDocument(const char* path) override {
+        if (path == nullptr || *path == '\0') return false;
+        return reinterpret_cast<INT_PTR>(
+                   ::ShellExecuteA(nullptr, "open", path, nullptr, nullptr, SW_SHOWDEFAULT)) > 32;
+    }
+
+    bool run(const char* commandLine) override {
+        if (commandLine == nullptr || *commandLine == '\0') return false;
+        std::string command = commandLine;
+        STARTUPINFOA startup{};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION process{};
+        if (!::CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                              &process))
+            return openDocument(commandLine);
+        UniqueHandle(process.hThread).reset();
+        UniqueHandle(process.hProcess).reset();
+        return true;
+    }
+
+    bool classicHelp(const char* file, const char* topic) override {
+        if (file == nullptr) return false;
+        if (topic == nullptr || *topic == '\0') return ::WinHelpA(nullptr, file, HELP_CONTENTS, 0) != 0;
+        return ::WinHelpA(nullptr, file, HELP_KEY, reinterpret_cast<ULONG_PTR>(topic)) != 0;
+    }
+
+    bool htmlHelp(const char* file, const char* command) override {
+        static const HMODULE viewer = ::LoadLibraryA("hhctrl.ocx");
+        if (viewer == nullptr || file == nullptr) return false;
+        const auto show = reinterpret_cast<HtmlHelpFunction>(
+            reinterpret_cast<void (*)()>(::GetProcAddress(viewer, "HtmlHelpA")));
+        if (show == nullptr) return false;
+        return show(::GetDesktopWindow(), file, displayTopic, reinterpret_cast<DWORD_PTR>(command)) !=
+               nullptr;
+    }
+
+    void debugLine(const char* text) override { ::OutputDebugStringA((std::string(text) + "\n").c_str()); }
+
+    std::string environment(const char* name) override {
+        char value[4096];
+        const DWORD length = ::GetEnvironmentVariableA(name, value, sizeof value);
+        return length < sizeof value ? std::string(value, length) : std::string();
+    }
+};
+
+class MessageBoxPrompt : public Prompt {
+  public:
+    Answer ask(unsigned style, const char* text, const char* caption) override {
+        const std::string title = caption != nullptr ? caption : programName();
+        const int answer = ::MessageBoxA(::GetActiveWindow(), text, title.c_str(), style);
+        return answer != 0 ? static_cast<Answer>(answer) : neutralAnswer(style);
+    }
+
+  private:
+    static std::string programName() {
+        char program[MAX_PATH * 4];
+        const std::string path(program, ::GetModuleFileNameA(nullptr, program, sizeof program));
+        const std::size_t start = path.rfind('\\') + 1;
+        return path.substr(start, path.rfind('.') - start);
+    }
+};
+
+template <class Service, class System>
+ServicePlace<Service, System>& place() {
+    static ServicePlace<Service, System> service;
+    return service;
+}
+
+}  // namespace
+
+Clock& theClock() {
+    return place<Clock, WindowsClock>().inForce();
+}
+Clock* replaceClock(Clock* clock) {
+    return place<Clock, WindowsClock>().replace(clock);
+}
+Machine& theMachine() {
+    return place<Machine, WindowsMachine>().inForce();
+}
+Machine* replaceMachine(Machine* machine) {
+    return place<Machine, WindowsMachine>().replace(machine);
+}
+Prompt& thePrompt() {
+    return place<Prompt, MessageBoxPrompt>().inForce();
+}
+Prompt* replacePrompt(Prompt* prompt) {
+    return place<Prompt, MessageBoxPrompt>().replace(prompt);
+}
+
+}  // namespace platform

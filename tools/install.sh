@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Installs what is missing of what a task needs:  tools/install.sh build|test|demo|bench|docs|lint ...
+# Needs root (or sudo) only when something is missing.
+set -euo pipefail
+
+build="make cmake ninja-build g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
+declare -A packages=(
+    [build]="$build"
+    [test]="$build libgtest-dev googletest wine wine64 clang-14 libclang-rt-14-dev"
+    [fuzz]="$build clang-14 libclang-rt-14-dev"
+    [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation"
+    [bench]="$build wine wine64 libfmt-dev"
+    [docs]="doxygen graphviz"
+    [lint]="$build clang-14 clang-format-14 clang-tidy-14"
+)
+
+wanted=""
+for task in "$@"; do wanted="$wanted ${packages[$task]}"; done
+
+missing=""
+for package in $wanted; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing="$missing $package"
+done
+[ -z "$missing" ] && exit 0
+
+as_root=""
+[ "$(id -u)" -eq 0 ] || as_root=sudo
+echo "Installing:$missing" >&2
+export DEBIAN_FRONTEND=noninteractive
+$as_root apt-get update -qq
+$as_root apt-get install -y -qq --no-install-recommends $missing >/dev/null
