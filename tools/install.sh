@@ -6,7 +6,7 @@ set -euo pipefail
 build="make cmake ninja-build g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
 declare -A packages=(
     [build]="$build"
-    [test]="$build libgtest-dev googletest wine wine64 clang-14 libclang-rt-14-dev"
+    [test]="$build libgtest-dev googletest wine wine64 clang-14 clang-format-14 libclang-rt-14-dev"
     [fuzz]="$build clang-14 libclang-rt-14-dev"
     [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation"
     [bench]="$build wine wine64 libfmt-dev"

@@ -56,6 +56,10 @@ for corpus in fuzz/corpus/*/; do
     run_check "replay $target (windows)" tools/wine.sh "build/windows/bin/replay_$target.exe" "$corpus"
 done
 run_check "exported names" tools/exports.sh
+run_check "arrows between the rooms" tools/arrows.sh
+run_check "format" tools/format.sh --check
+run_check "installed package, linux" tools/consumer.sh linux
+run_check "installed package, windows" tools/consumer.sh windows
 
 echo
 echo "$passed passed, $failed failed"
