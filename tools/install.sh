@@ -3,7 +3,7 @@
 # Needs root (or sudo) only when something is missing.
 set -euo pipefail
 
-build="make cmake ninja-build g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
+build="git make cmake ninja-build g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
 declare -A packages=(
     [build]="$build"
     [test]="$build libgtest-dev googletest wine wine64 clang-14 clang-format-14 libclang-rt-14-dev"
@@ -11,7 +11,7 @@ declare -A packages=(
     [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation"
     [bench]="$build wine wine64 libfmt-dev"
     [docs]="doxygen graphviz"
-    [lint]="$build clang-14 clang-format-14 clang-tidy-14"
+    [lint]="$build python3 clang-14 clang-format-14 clang-tidy-14"
 )
 
 wanted=""
