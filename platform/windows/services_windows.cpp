@@ -1,4 +1,3 @@
-#include <shellapi.h>
 #include <windows.h>
 
 #include <ctime>
@@ -9,6 +8,8 @@
 #include <platform/prompt.h>
 #include <platform/replaceable.h>
 #include <platform/windows/handle.h>
+
+#include <shellapi.h>  // wants <windows.h> before it
 
 namespace platform {
 namespace {
