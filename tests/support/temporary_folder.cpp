@@ -21,7 +21,8 @@ void removeFolder(const std::string& folder) {
 }
 #else
 std::filesystem::path driveRoot() {
-    static const std::filesystem::path root = [] {
+    // Never destroyed: it is removed at the very end, behind the static objects.
+    static const auto& root = *new const std::filesystem::path([] {
         auto path = std::filesystem::temp_directory_path() /
                     ("kestra_drives_" + std::to_string(std::rand()) + "_" +
                      std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
@@ -29,7 +30,7 @@ std::filesystem::path driveRoot() {
         ::setenv("KESTRA_DRIVES", path.c_str(), 1);
         std::atexit([] { std::filesystem::remove_all(driveRoot()); });
         return path;
-    }();
+    }());
     return root;
 }
 std::string newFolder(const std::string& unique) {
