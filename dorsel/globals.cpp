@@ -45,7 +45,9 @@ SystemVar systemVar = {sizeof(SystemVar)};
 
 }  // namespace
 
-DorselSeg pvg = startingSegment();
+/// Other modules read settings while they are loaded: in a program that links all of them statically this
+/// comes first.
+__attribute__((init_priority(200))) DorselSeg pvg = startingSegment();
 SystemVar* g_pSystemVar = &systemVar;
 const char* g_RegTOREL_32 = "SOFTWARE\\TOREL_32";
 const double _50rd = std::numbers::pi / 4;

@@ -56,7 +56,7 @@ void appendUtf8(std::string& out, unsigned point) {
 }
 
 /// Length of the well-formed UTF-8 sequence at the start of `text` and its code point; length 0 when
-/// malformed.
+/// malformed, longer than its code point needs included.
 std::pair<std::size_t, unsigned> decodeUtf8(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text[0]);
     if (lead < 0x80) return {1, lead};
@@ -68,6 +68,8 @@ std::pair<std::size_t, unsigned> decodeUtf8(std::string_view text) {
         if ((byte & 0xC0) != 0x80) return {0, 0};
         point = (point << 6) | (byte & 0x3Fu);
     }
+    constexpr unsigned smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    if (point < smallest[length]) return {0, 0};
     return {length, point};
 }
 

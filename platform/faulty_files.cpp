@@ -77,6 +77,10 @@ bool FaultyFiles::createFolder(const char* path) {
     return callAllowed() && nextWrite() == WriteFate::whole && m_below.createFolder(path);
 }
 
+void FaultyFiles::copyIdentity(const char* from, const char* to) {
+    if (callAllowed() && !stopped()) m_below.copyIdentity(from, to);
+}
+
 std::int64_t FaultyFiles::size(const char* path) {
     return callAllowed() ? m_below.size(path) : -1;
 }

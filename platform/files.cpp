@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <exception>
 
 namespace platform {
 namespace {
@@ -53,7 +54,12 @@ bool readWholeFile(const char* path, std::string& content, std::int64_t limit) {
     if (file == nullptr) return false;
     const std::int64_t size = file->size();
     if (size < 0 || size > limit) return false;
-    std::string bytes(static_cast<std::size_t>(size), '\0');
+    std::string bytes;
+    try {
+        bytes.resize(static_cast<std::size_t>(size));
+    } catch (const std::exception&) {
+        return false;
+    }
     if (file->readAt(0, bytes.data(), bytes.size()) != size) return false;
     content.swap(bytes);
     return true;

@@ -15,7 +15,7 @@
 /// - `D:\a\b` is folder `d/a/b` below the drive root, the folder that the environment variable KESTRA_DRIVES
 /// names
 ///   (`~/.kestra/drives` when it is not set); `\\server\share\x` is `unc/server/share/x` below it;
-/// - any other name that holds a `\` is relative, `\` standing for `/`;
+/// - in any other name that holds a `\`, `\` stands for `/`;
 /// - components of these two kinds are matched without regard to case, an exact match first; what does not
 /// exist
 ///   yet is created in lower case for the drive letter and as written for the rest;
@@ -73,7 +73,9 @@ class DORSEL_API FileSystem {
     virtual bool list(const char* folder,
                       const std::function<bool(const char* name, FileKind kind)>& visit) = 0;
     /// The absolute form of a path: relative ones start at the current folder, "." and ".." are resolved by
-    /// their text. Separators, drive letter and case are kept as given. Empty when it cannot be formed.
+    /// their text and do not climb out of a drive or a share. Drive and UNC paths keep their case and get `\`
+    /// for every separator; elsewhere than on Windows any other path becomes a POSIX path, with what exists
+    /// of it as it is spelled on the disk. Empty when it cannot be formed.
     virtual std::string absolute(const char* path) = 0;
     /// Folder of the running program and the folder for temporary files, each ending in a separator.
     virtual std::string programFolder() = 0;
@@ -88,7 +90,8 @@ inline bool isSeparator(char c) {
     return c == '\\' || c == '/';
 }
 
-/// Reads a whole file. False when it cannot be opened, fails while reading or is larger than `limit` bytes.
+/// Reads a whole file. False, with `content` untouched, when it cannot be opened, fails while reading or is
+/// larger than `limit` bytes or than memory.
 DORSEL_API bool readWholeFile(const char* path, std::string& content, std::int64_t limit = INT64_MAX);
 /// Puts a whole file in place in one step: a copy beside it, under a name that no other file has, is written,
 /// synced and renamed onto it. The file keeps its identity (`copyIdentity`). A file that may not be written

@@ -45,6 +45,7 @@ std::string_view Stream::available(std::size_t wanted) {
         m_next = 0;
         const std::int64_t got = m_file->readAt(m_bufferStart + static_cast<std::int64_t>(kept),
                                                 m_buffer.data() + kept, bufferSize - kept);
+        m_failed = m_failed || got < 0;
         m_filled = kept + (got > 0 ? static_cast<std::size_t>(got) : 0);
     }
     return m_buffer.empty() ? std::string_view()

@@ -34,13 +34,17 @@ class DORSEL_API Stream {
     std::int64_t size();
 
     /// Bytes buffered at the position, read from the file when there are none; empty at the end of the file
-    /// or on a failed read. Valid until the next call that moves, reads or writes.
+    /// and on a failed read, which `failed` tells apart. Valid until the next call that moves, reads or
+    /// writes.
     std::string_view available();
     /// As `available`, but with at least `wanted` bytes (at most `bufferSize`) unless the file ends before.
     std::string_view available(std::size_t wanted);
-    /// Moves past `count` of the bytes that `available` gave.
-    void skip(std::size_t count) { m_next += count; }
+    /// Moves past `count` of the bytes that `available` gave, at most to their end.
+    void skip(std::size_t count) { m_next += count < m_filled - m_next ? count : m_filled - m_next; }
+    /// Bytes read, fewer than `size` only at the end of the file and on a failed read.
     std::size_t read(void* buffer, std::size_t size);
+    /// True once a read has failed: what follows was cut short, it is not the end of the file.
+    bool failed() const { return m_failed; }
 
     /// Writes at the position and moves it.
     bool write(const void* data, std::size_t size);
@@ -55,6 +59,7 @@ class DORSEL_API Stream {
     std::int64_t m_bufferStart = 0;  ///< file offset of m_buffer[0]
     std::size_t m_next = 0;          ///< position inside the buffer
     std::size_t m_filled = 0;        ///< bytes in the buffer
+    bool m_failed = false;
 };
 
 }  // namespace platform

@@ -2,13 +2,15 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
-#include <cctype>
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <string>
 
@@ -95,6 +97,20 @@ FileKind kindOf(const std::string& path) {
     return S_ISDIR(status.st_mode) ? FileKind::folder : FileKind::file;
 }
 
+/// Kind of a folder's entry; asked of the file itself where the listing does not say it (links, odd disks).
+FileKind kindOf(const std::string& folder, const dirent& entry) {
+    if (entry.d_type == DT_REG) return FileKind::file;
+    if (entry.d_type == DT_DIR) return FileKind::folder;
+    return kindOf(folder + '/' + entry.d_name);
+}
+
+/// Renames where no file is in the way, in one step where the disk can do it.
+bool renameNew(const std::string& from, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    return kindOf(to) == FileKind::missing && std::rename(from.c_str(), to.c_str()) == 0;
+}
+
 /// Makes the names of a folder durable after a rename in it.
 void syncFolderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -105,45 +121,57 @@ void syncFolderOf(const std::string& path) {
     ::close(descriptor);
 }
 
-/// Resolves "." and ".." in the part of `path` behind its root of `rootLength` characters.
-std::string withoutDots(std::string_view path, std::size_t rootLength, char separator) {
-    std::string out(path.substr(0, rootLength));
-    path.remove_prefix(rootLength);
-    while (!path.empty()) {
-        std::size_t length = 0;
-        while (length < path.size() && !isSeparator(path[length])) ++length;
-        const std::string_view component = path.substr(0, length);
-        const bool more = length < path.size();
-        path.remove_prefix(more ? length + 1 : length);
-        if (component == "..") {
-            if (out.size() > rootLength) out.pop_back();
-            while (out.size() > rootLength && !isSeparator(out.back())) out.pop_back();
-        } else if (!component.empty() && component != ".") {
-            out += component;
-            if (more) out += separator;
-        }
+/// `root` and, behind it, the components of `rest`; a separator at the end stays.
+std::string joined(std::string root, std::string_view rest, char separator) {
+    const auto components = componentsOf(rest, true);
+    for (const std::string_view component : components) {
+        if (!root.empty() && !isSeparator(root.back())) root += separator;
+        root += component;
     }
-    return out;
+    if (!components.empty() && isSeparator(rest.back())) root += separator;
+    return root;
+}
+
+/// `\\server\share\` with `\` for its separators.
+std::string uncRoot(std::string_view text) {
+    std::string root(text);
+    std::replace(root.begin(), root.end(), '/', '\\');
+    return root;
+}
+
+/// Copies the extended attributes that users set, such as a document's title.
+void copyAttributes(const char* from, const char* to) {
+    std::string names(XATTR_LIST_MAX, '\0'), value(XATTR_SIZE_MAX, '\0');
+    const ssize_t length = ::listxattr(from, names.data(), names.size());
+    for (ssize_t at = 0; at < length;
+         at += static_cast<ssize_t>(std::strlen(&names[static_cast<std::size_t>(at)])) + 1) {
+        const char* name = &names[static_cast<std::size_t>(at)];
+        if (!std::string_view(name).starts_with("user.")) continue;
+        const ssize_t size = ::getxattr(from, name, value.data(), value.size());
+        if (size >= 0) ::setxattr(to, name, value.data(), static_cast<std::size_t>(size), 0);
+    }
 }
 
 class PosixFileSystem : public FileSystem {
   public:
     std::unique_ptr<File> open(const char* path, OpenMode mode) override {
         const std::string name = posixPath(path);
-        const int descriptor = ::open(name.c_str(), openFlags(mode) | O_CLOEXEC, 0666);
+        // O_NONBLOCK: a pipe's name must not make the caller wait. It changes nothing for a file.
+        const int descriptor = ::open(name.c_str(), openFlags(mode) | O_CLOEXEC | O_NONBLOCK, 0666);
         if (descriptor < 0) return nullptr;
         auto file = std::make_unique<PosixFile>(descriptor);
         struct stat status;
-        if (::fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode)) return nullptr;
+        if (::fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode) || S_ISFIFO(status.st_mode))
+            return nullptr;
         return file;
     }
 
     bool remove(const char* path) override { return ::unlink(posixPath(path).c_str()) == 0; }
 
     bool rename(const char* from, const char* to, bool replace) override {
-        const std::string target = posixPath(to);
-        if (!replace && kindOf(target) != FileKind::missing) return false;
-        if (std::rename(posixPath(from).c_str(), target.c_str()) != 0) return false;
+        const std::string source = posixPath(from), target = posixPath(to);
+        if (!(replace ? std::rename(source.c_str(), target.c_str()) == 0 : renameNew(source, target)))
+            return false;
         syncFolderOf(target);
         return true;
     }
@@ -151,7 +179,18 @@ class PosixFileSystem : public FileSystem {
     bool createFolder(const char* path) override {
         std::string name = posixPath(path);
         while (name.size() > 1 && name.back() == '/') name.pop_back();
-        return makeFolders(name);
+        return name.size() < PATH_MAX && makeFolders(name);
+    }
+
+    void copyIdentity(const char* from, const char* to) override {
+        const std::string source = posixPath(from), target = posixPath(to);
+        struct stat status, own;
+        if (::stat(source.c_str(), &status) != 0 || ::stat(target.c_str(), &own) != 0) return;
+        copyAttributes(source.c_str(), target.c_str());
+        const bool owned = (status.st_uid == own.st_uid && status.st_gid == own.st_gid) ||
+                           ::chown(target.c_str(), status.st_uid, status.st_gid) == 0;
+        // A file that is somebody else's now must not get rights that were meant for its owner.
+        ::chmod(target.c_str(), status.st_mode & (owned ? 07777 : 0777));
     }
 
     FileKind kind(const char* path) override { return kindOf(posixPath(path)); }
@@ -163,32 +202,36 @@ class PosixFileSystem : public FileSystem {
     }
 
     bool list(const char* folder, const std::function<bool(const char*, FileKind)>& visit) override {
-        const std::string name = posixPath(folder);
-        DIR* directory = ::opendir(name.empty() ? "." : name.c_str());
+        struct Close {
+            void operator()(DIR* directory) const { ::closedir(directory); }
+        };
+        std::string name = posixPath(folder);
+        if (name.empty()) name = ".";
+        const std::unique_ptr<DIR, Close> directory(::opendir(name.c_str()));
         if (directory == nullptr) return false;
-        while (const dirent* entry = ::readdir(directory)) {
+        while (const dirent* entry = ::readdir(directory.get())) {
             const std::string_view text = entry->d_name;
-            if (text == "." || text == "..") continue;
-            if (!visit(cp1252FromUtf8(text).c_str(), kindOf(name + '/' + entry->d_name))) break;
+            if (text != "." && text != ".." && !visit(cp1252FromUtf8(text).c_str(), kindOf(name, *entry)))
+                break;
         }
-        ::closedir(directory);
         return true;
     }
 
     std::string absolute(const char* path) override {
         const std::string_view text = path != nullptr ? path : "";
         if (text.empty()) return {};
-        if (text.size() >= 2 && text[1] == ':') {
-            const bool rooted = text.size() > 2 && isSeparator(text[2]);
-            return withoutDots(rooted ? std::string(text)
-                                      : std::string(text.substr(0, 2)) + '\\' + std::string(text.substr(2)),
-                               3, '\\');
+        if (hasDriveLetter(text)) return joined(std::string(text.substr(0, 2)) + '\\', text.substr(2), '\\');
+        if (const std::size_t root = uncRootLength(text); root > 0)
+            return joined(uncRoot(text.substr(0, root)), text.substr(root), '\\');
+        std::string posix(text);
+        if (text.find('\\') != std::string_view::npos) {
+            posix = cp1252FromUtf8(posixPath(path));
+            if (isSeparator(text.back())) posix += '/';
         }
-        if (text.starts_with("\\\\")) return withoutDots(text, 2, '\\');
-        if (isSeparator(text[0])) return withoutDots(text, 1, '/');
+        if (posix[0] == '/') return joined("/", posix, '/');
         char current[PATH_MAX];
         if (::getcwd(current, sizeof current) == nullptr) return {};
-        return withoutDots(cp1252FromUtf8(current) + '/' + std::string(text), 1, '/');
+        return joined("/", cp1252FromUtf8(current) + '/' + posix, '/');
     }
 
     std::string programFolder() override {

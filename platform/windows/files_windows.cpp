@@ -26,6 +26,7 @@ class WindowsFile : public File {
     explicit WindowsFile(UniqueHandle handle) : m_handle(std::move(handle)) {}
 
     std::int64_t readAt(std::int64_t offset, void* buffer, std::size_t size) override {
+        if (offset < 0) return -1;
         std::size_t done = 0;
         while (done < size) {
             OVERLAPPED position = positionOf(offset + static_cast<std::int64_t>(done));
@@ -42,6 +43,7 @@ class WindowsFile : public File {
     }
 
     bool writeAt(std::int64_t offset, const void* data, std::size_t size) override {
+        if (offset < 0) return false;  // -1 would mean the end of the file
         std::size_t done = 0;
         while (done < size) {
             OVERLAPPED position = positionOf(offset + static_cast<std::int64_t>(done));
@@ -123,13 +125,17 @@ class WindowsFileSystem : public FileSystem {
     bool rename(const char* from, const char* to, bool replace) override {
         if (from == nullptr || to == nullptr) return false;
         const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0u);
-        return ::MoveFileExA(from, to, flags) != 0;
+        for (int attempt = 0; !::MoveFileExA(from, to, flags); ++attempt) {
+            if (!mayPass(::GetLastError(), to) || attempt == renameAttempts) return false;
+            ::Sleep(renamePause);
+        }
+        return true;
     }
 
     bool createFolder(const char* path) override {
         std::string name = path != nullptr ? path : "";
         while (name.size() > 1 && isSeparator(name.back()) && name[name.size() - 2] != ':') name.pop_back();
-        return makeFolders(name);
+        return name.size() < longestName && makeFolders(name);
     }
 
     FileKind kind(const char* path) override { return path != nullptr ? kindOf(path) : FileKind::missing; }
@@ -164,9 +170,9 @@ class WindowsFileSystem : public FileSystem {
 
     std::string absolute(const char* path) override {
         if (path == nullptr || *path == '\0') return {};
-        char out[MAX_PATH * 4];
-        const DWORD length = ::GetFullPathNameA(path, sizeof out, out, nullptr);
-        return length > 0 && length < sizeof out ? std::string(out, length) : std::string();
+        std::string out(::GetFullPathNameA(path, 0, nullptr, nullptr), '\0');
+        const DWORD length = ::GetFullPathNameA(path, static_cast<DWORD>(out.size()), out.data(), nullptr);
+        return length < out.size() ? out.substr(0, length) : std::string();
     }
 
     std::string programFolder() override {
@@ -183,6 +189,18 @@ class WindowsFileSystem : public FileSystem {
     }
 
   private:
+    static constexpr std::size_t longestName = 1024;
+    static constexpr int renameAttempts = 10;
+    static constexpr DWORD renamePause = 20;
+
+    /// True when somebody else, a virus scanner or an indexer as a rule, has a file open for a moment.
+    static bool mayPass(DWORD error, const char* to) {
+        if (error == ERROR_SHARING_VIOLATION) return true;
+        const DWORD attributes = ::GetFileAttributesA(to);
+        return error == ERROR_ACCESS_DENIED && attributes != INVALID_FILE_ATTRIBUTES &&
+               (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) == 0;
+    }
+
     static bool makeFolders(const std::string& name) {
         if (name.empty() || kindOf(name.c_str()) == FileKind::folder) return !name.empty();
         const std::size_t slash = name.find_last_of("\\/");

@@ -47,9 +47,7 @@ class WindowsMachine : public Machine {
     }
 
     bool openDocument(const char* path) override {
-        if (path == nullptr || *path == '\0') return false;
-        return reinterpret_cast<INT_PTR>(
-                   ::ShellExecuteA(nullptr, "open", path, nullptr, nullptr, SW_SHOWDEFAULT)) > 32;
+        return path != nullptr && *path != '\0' && shellOpens(path, nullptr);
     }
 
     bool run(const char* commandLine) override {
@@ -60,7 +58,7 @@ class WindowsMachine : public Machine {
         PROCESS_INFORMATION process{};
         if (!::CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                               &process))
-            return openDocument(commandLine);
+            return openDocument(commandLine) || runByShell(commandLine);
         UniqueHandle(process.hThread).reset();
         UniqueHandle(process.hProcess).reset();
         return true;
@@ -82,12 +80,30 @@ class WindowsMachine : public Machine {
                nullptr;
     }
 
-    void debugLine(const char* text) override { ::OutputDebugStringA((std::string(text) + "\n").c_str()); }
+    void debugLine(const char* text) override {
+        if (text != nullptr) ::OutputDebugStringA((std::string(text) + "\n").c_str());
+    }
 
     std::string environment(const char* name) override {
-        char value[4096];
-        const DWORD length = ::GetEnvironmentVariableA(name, value, sizeof value);
-        return length < sizeof value ? std::string(value, length) : std::string();
+        if (name == nullptr) return {};
+        std::string value(::GetEnvironmentVariableA(name, nullptr, 0), '\0');
+        const DWORD length = ::GetEnvironmentVariableA(name, value.data(), static_cast<DWORD>(value.size()));
+        return length < value.size() ? value.substr(0, length) : std::string();
+    }
+
+  private:
+    /// The shell knows programs that stand on no search path, but wants their arguments apart.
+    static bool runByShell(const std::string& commandLine) {
+        const bool quoted = commandLine.front() == '"';
+        const std::size_t end = commandLine.find(quoted ? '"' : ' ', 1);
+        if (end == std::string::npos) return false;
+        const std::string program = commandLine.substr(quoted ? 1 : 0, quoted ? end - 1 : end);
+        return shellOpens(program.c_str(), commandLine.c_str() + end + 1);
+    }
+
+    static bool shellOpens(const char* file, const char* arguments) {
+        return reinterpret_cast<INT_PTR>(
+                   ::ShellExecuteA(nullptr, "open", file, arguments, nullptr, SW_SHOWDEFAULT)) > 32;
     }
 };
 
@@ -95,7 +111,8 @@ class MessageBoxPrompt : public Prompt {
   public:
     Answer ask(unsigned style, const char* text, const char* caption) override {
         const std::string title = caption != nullptr ? caption : programName();
-        const int answer = ::MessageBoxA(::GetActiveWindow(), text, title.c_str(), style);
+        const int answer =
+            ::MessageBoxA(::GetActiveWindow(), text != nullptr ? text : "", title.c_str(), style);
         return answer != 0 ? static_cast<Answer>(answer) : neutralAnswer(style);
     }
 
