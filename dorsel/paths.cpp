@@ -29,9 +29,7 @@ std::string_view viewOf(const char* text) {
 /// Copies as much as `room` bytes hold, and the terminating NUL; nothing without `out`.
 void copyCut(char* out, std::size_t room, std::string_view text) {
     if (out == nullptr) return;
-    const std::size_t length = std::min(text.size(), room - 1);
-    std::memmove(out, text.data(), length);
-    out[length] = '\0';
+    out[text.copy(out, room - 1)] = '\0';
 }
 
 bool hasDrive(std::string_view path) {

@@ -78,8 +78,7 @@ std::string_view keyOf(const char* key) {
 int readText(const std::vector<std::string>& files, const char* section, const char* key, char* out,
              int size) {
     const std::string text = lookUp(files, section, keyOf(key)).value_or("");
-    const std::size_t length = std::min(text.size(), static_cast<std::size_t>(size) - 1);
-    std::memcpy(out, text.data(), length);
+    const std::size_t length = text.copy(out, static_cast<std::size_t>(size) - 1);
     out[length] = '\0';
     return static_cast<int>(length);
 }

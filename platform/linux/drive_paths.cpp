@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <memory>
+#include <span>
 #include <unordered_map>
 
 #include <platform/cp1252.h>
@@ -31,79 +32,99 @@ constexpr std::int64_t nanoseconds(const timespec& time) {
     return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
-/// The names of one folder as they were at some moment, by their upper-case form.
+/// Calls `visit` with the name of each entry of a folder.
+template <class Visit>
+void forEachEntry(const std::string& folder, Visit visit) {
+    struct Close {
+        void operator()(DIR* directory) const { ::closedir(directory); }
+    };
+    const std::unique_ptr<DIR, Close> directory(::opendir(folder.c_str()));
+    if (directory == nullptr) return;
+    while (const dirent* entry = ::readdir(directory.get())) visit(std::string_view(entry->d_name));
+}
+
+bool isAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+/// Of names that differ in case only the first in byte order answers, whatever the disk's order is.
+void keepFirst(std::string& best, std::string_view name) {
+    if (best.empty() || name < best) best = name;
+}
+
+/// The answer for one name, read off the disk without keeping anything.
+std::string scannedMatch(const std::string& folder, std::string_view component) {
+    std::string best;
+    forEachEntry(folder, [&](std::string_view name) {
+        if (name.size() < component.size()) return;  // UTF-8 is never the shorter one
+        if (equalNoCase1252(isAscii(name) ? name : cp1252FromUtf8(name), component)) keepFirst(best, name);
+    });
+    return best;
+}
+
+/// The names of a folder as they were at some moment, by their upper-case form.
 class FolderNames {
   public:
-    /// False when the folder cannot be read.
-    bool read(const std::string& folder, const struct stat& status) {
-        struct Close {
-            void operator()(DIR* directory) const { ::closedir(directory); }
-        };
+    void read(const std::string& folder, const struct stat& status) {
         m_status = status;
         m_names.clear();
-        timespec now{};
-        ::clock_gettime(CLOCK_REALTIME, &now);
-        m_settled = nanoseconds(now) - nanoseconds(status.st_mtim) > stampStep(status);
-        const std::unique_ptr<DIR, Close> directory(::opendir(folder.c_str()));
-        if (directory == nullptr) return false;
-        while (const dirent* entry = ::readdir(directory.get())) add(entry->d_name);
-        return true;
+        forEachEntry(folder, [&](std::string_view name) {
+            keepFirst(m_names[upperCased1252(cp1252FromUtf8(name))], name);
+        });
     }
-
-    bool isCurrent(const struct stat& status) const {
-        return m_settled && status.st_dev == m_status.st_dev && status.st_ino == m_status.st_ino &&
+    bool isOf(const struct stat& status) const {
+        return status.st_dev == m_status.st_dev && status.st_ino == m_status.st_ino &&
                nanoseconds(status.st_mtim) == nanoseconds(m_status.st_mtim);
     }
-
-    const std::string* find(std::string_view component) const {
+    std::string find(std::string_view component) const {
         const auto found = m_names.find(upperCased1252(component));
-        return found != m_names.end() ? &found->second : nullptr;
+        return found != m_names.end() ? found->second : std::string();
     }
     std::size_t size() const { return m_names.size(); }
 
   private:
-    /// A folder's time stamp moves in steps; a listing taken within one may miss what came later in it.
-    static std::int64_t stampStep(const struct stat& status) {
-        return status.st_mtim.tv_nsec == 0 ? 2'000'000'000 : 20'000'000;
-    }
-    /// Of names that differ in case only the first in byte order answers, whatever the disk's order is.
-    void add(const char* name) {
-        const auto [place, isNew] = m_names.try_emplace(upperCased1252(cp1252FromUtf8(name)), name);
-        if (!isNew && place->second > name) place->second = name;
-    }
-
     std::unordered_map<std::string, std::string> m_names;
     struct stat m_status {};
-    bool m_settled = false;
 };
 
-/// Listings are kept while their folder does not change: a name that is looked for in vain a million times
-/// costs one listing. One set a thread, so that none waits for another.
+/// A folder's time stamp moves in steps: a listing taken within one could miss what comes later in it.
+bool isSettled(const struct stat& status) {
+    const std::int64_t step = status.st_mtim.tv_nsec == 0 ? 2'000'000'000 : 20'000'000;
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return nanoseconds(now) - nanoseconds(status.st_mtim) > step;
+}
+
+/// Listings are kept while their folder does not change: names that are looked for in vain a million times
+/// cost one listing. One set a thread, so that none waits for another.
 class FolderListings {
   public:
     /// The entry of `folder` that equals `component` without regard to case; empty when there is none.
     std::string match(const std::string& folder, std::string_view component) {
         struct stat status;
         if (::stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) return {};
-        FolderNames& names = m_folders[folder];
-        if (!names.isCurrent(status)) {
-            m_nameCount -= names.size();
-            const bool read = names.read(folder, status);
-            m_nameCount += names.size();
-            if (!read) return {};
+        if (const auto kept = m_folders.find(folder); kept != m_folders.end()) {
+            if (kept->second.isOf(status)) return kept->second.find(component);
+            m_nameCount -= kept->second.size();
+            m_folders.erase(kept);
         }
-        const std::string* found = names.find(component);
-        const std::string result = found != nullptr ? *found : std::string();
-        if (m_folders.size() > mostFolders || m_nameCount > mostNames) forget();
-        return result;
+        return isSettled(status) ? keep(folder, status).find(component) : scannedMatch(folder, component);
     }
 
   private:
     static constexpr std::size_t mostFolders = 64, mostNames = 500'000;
-    void forget() {
-        m_folders.clear();
-        m_nameCount = 0;
+
+    const FolderNames& keep(const std::string& folder, const struct stat& status) {
+        if (m_folders.size() >= mostFolders || m_nameCount > mostNames) {
+            m_folders.clear();
+            m_nameCount = 0;
+        }
+        FolderNames& names = m_folders[folder];
+        names.read(folder, status);
+        m_nameCount += names.size();
+        return names;
     }
+
     std::unordered_map<std::string, FolderNames> m_folders;
     std::size_t m_nameCount = 0;
 };
@@ -113,29 +134,16 @@ void append(std::string& path, std::string_view component) {
     path += component;
 }
 
-/// Appends components to `path`, each as it stands on the disk.
-std::string matchedPath(const std::string& root, const std::vector<std::string_view>& components) {
+/// The components behind `root`, each as it stands on the disk. Most names are right as they are written, and
+/// of most others all but the last: what is above is looked at only when it is needed.
+std::string matchedPath(const std::string& root, std::span<const std::string_view> components) {
     static thread_local FolderListings listings;
     std::string exact = root;
     for (const std::string_view component : components) append(exact, utf8From1252(component));
-    if (exact.size() >= PATH_MAX || exists(exact)) return exact;
-
-    std::string path = root;
-    bool present = true;
-    for (const std::string_view component : components) {
-        const std::string written = utf8From1252(component);
-        std::string next = path;
-        append(next, written);
-        if (present && !exists(next)) {
-            const std::string match = listings.match(path.empty() ? "." : path, component);
-            present = !match.empty();
-            if (present) {
-                next = path;
-                append(next, match);
-            }
-        }
-        path.swap(next);
-    }
+    if (components.empty() || exact.size() >= PATH_MAX || exists(exact)) return exact;
+    std::string path = matchedPath(root, components.first(components.size() - 1));
+    const std::string match = listings.match(path.empty() ? "." : path, components.back());
+    append(path, match.empty() ? utf8From1252(components.back()) : match);
     return path;
 }
 

@@ -114,9 +114,11 @@ class WindowsFileSystem : public FileSystem {
         if (handle == INVALID_HANDLE_VALUE) return nullptr;
         UniqueHandle owned(handle);
         BY_HANDLE_FILE_INFORMATION information;
-        if (::GetFileInformationByHandle(handle, &information) &&
-            (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
-            return nullptr;
+        if (!::GetFileInformationByHandle(handle, &information)) return nullptr;
+        // Wine opens both for an administrator.
+        const DWORD refused =
+            FILE_ATTRIBUTE_DIRECTORY | (mode == OpenMode::update ? FILE_ATTRIBUTE_READONLY : 0u);
+        if ((information.dwFileAttributes & refused) != 0) return nullptr;
         return std::make_unique<WindowsFile>(std::move(owned));
     }
 

@@ -9,6 +9,8 @@
 
 #include "../support/settings_folders.h"
 
+using namespace std::string_view_literals;
+
 namespace {
 
 std::string text(const char* source, const char* section, const char* mode, const char* key) {
@@ -22,14 +24,11 @@ std::string text(const char* source, const char* section, const char* mode, cons
 
 TEST(Settings, TextsAreFoundAsTheFormatSays) {
     const SettingsFolders folders;
-    folders.local(
-        "torel",
-        std::string_view(
-            "\xEF\xBB\xBF"
-            "before=any\n[ General ] rest\r\n  CODSOC = Géomètre & Fils \r\n;Société=no\nÉTAT=a=b\n"
-            "DirCht=D:\\a\n[Autre]\nDirCht=X\n[\nbad line\n=no key\n[GENERAL]\ndircht = E:\\b;F:\\c\r\n"
-            "Vide=\nNul=ab\0cd\nLast=no end",
-            229));
+    folders.local("torel",
+                  "\xEF\xBB\xBF"
+                  "before=any\n[ General ] rest\r\n  CODSOC = Géomètre & Fils \r\n;Société=no\nÉTAT=a=b\n"
+                  "DirCht=D:\\a\n[Autre]\nDirCht=X\n[\nbad line\n=no key\n[GENERAL]\ndircht = E:\\b;F:\\c\r\n"
+                  "Vide=\nNul=ab\0cd\nLast=no end"sv);
     struct {
         const char* section;
         const char* key;
