@@ -70,13 +70,16 @@ std::string_view lineEndOf(std::string_view text) {
     return feed != std::string_view::npos && (feed == 0 || text[feed - 1] != '\r') ? "\n" : "\r\n";
 }
 
-/// What stands of a key's line before its value.
-std::string_view beforeValue(const Line& line) {
-    return line.whole.substr(0, static_cast<std::size_t>(line.value.data() - line.whole.data()));
-}
-
-std::string_view endOf(std::string_view line) {
-    return line.ends_with("\r\n") ? "\r\n" : line.ends_with('\n') ? "\n" : "";
+/// A key's line with another value: what stands before the value and the line end stay, blanks in front of an
+/// empty value do not.
+std::string withOtherValue(const Line& line, std::string_view value) {
+    std::string_view before(line.whole.data(),
+                            static_cast<std::size_t>(line.value.data() - line.whole.data()));
+    if (value.empty()) before = before.substr(0, before.find('=') + 1);
+    const std::string_view end = line.whole.ends_with("\r\n") ? "\r\n"
+                                 : line.whole.ends_with('\n') ? "\n"
+                                                              : "";
+    return std::string(before).append(value).append(end);
 }
 
 bool isOneLine(std::string_view text) {
@@ -146,7 +149,7 @@ std::string IniFile::withValue(std::string_view section, std::string_view key, s
         if (!inSection || line.kind != LineKind::key || !equalNoCase1252(line.name, key)) {
             text.keep(line, inSection);
         } else if (!written) {
-            text.out.append(beforeValue(line)).append(value).append(endOf(line.whole));
+            text.out += withOtherValue(line, value);
             written = true;
         }
     });

@@ -191,7 +191,8 @@ int Controle_chemin(const char* path, char* drive, char* directory, char* name, 
         copyCut(extension, pathSize, parts.extension);
         if (text.empty()) return -1;
         if (text.size() >= pathSize) return 1;
-        return std::any_of(text.begin() + parts.drive.size(), text.end(), isForbidden) ? 2 : 0;
+        const std::string_view behindDrive = std::string_view(text).substr(parts.drive.size());
+        return std::any_of(behindDrive.begin(), behindDrive.end(), isForbidden) ? 2 : 0;
     });
 }
 
