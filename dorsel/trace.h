@@ -7,7 +7,7 @@
 ///
 /// Output: the function set with `setTraceOutput`; else the file that the environment variable KESTRA_TRACE
 /// names (lines are appended); else a debugger on Windows and standard error elsewhere.
-DORSEL_API int mprintf(const char* format, ...) __attribute__((format(gnu_printf, 1, 2)));
+DORSEL_API int mprintf(const char* format, ...) KESTRA_PRINTF(1, 2);
 
 /// Puts another output in force and returns the one before; null restores the default. It receives every
 /// line, those of a trace level that is off too, without line end. The text lives during the call only.

@@ -28,7 +28,7 @@ CString::CString(const char* text, int length) {
     if (text != nullptr && length > 0) m_text.assign(text, static_cast<std::size_t>(length));
 }
 
-CString::CString(char character, int count) : m_text(clamped(count, m_text.max_size()), character) {}
+CString::CString(char character, int count) : m_text(clamped(count, std::string().max_size()), character) {}
 
 void CString::Preallocate(int length) {
     m_text.reserve(clamped(length, m_text.max_size()));

@@ -91,8 +91,8 @@ class DORSEL_API CString {
     int Delete(int index, int count = 1);
 
     /// printf rules. The text itself may be one of the arguments.
-    void Format(const char* format, ...) __attribute__((format(gnu_printf, 2, 3)));
-    void AppendFormat(const char* format, ...) __attribute__((format(gnu_printf, 2, 3)));
+    void Format(const char* format, ...) KESTRA_PRINTF(2, 3);
+    void AppendFormat(const char* format, ...) KESTRA_PRINTF(2, 3);
     void FormatV(const char* format, va_list arguments);
 
     /// Buffer of at least `length` characters plus a NUL; `ReleaseBuffer` must follow: with -1 the text ends

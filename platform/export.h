@@ -17,3 +17,11 @@
 #define DORSEL_API __attribute__((visibility("default")))
 #define KESTRA_API __attribute__((visibility("default")))
 #endif
+
+/// Has the compiler check the arguments of a printf-like function: the format is argument `format`, the
+/// values begin at argument `first`, both counted from 1 with `this`.
+#if defined(__clang__)
+#define KESTRA_PRINTF(format, first) __attribute__((__format__(printf, format, first)))
+#else
+#define KESTRA_PRINTF(format, first) __attribute__((__format__(gnu_printf, format, first)))
+#endif

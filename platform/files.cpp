@@ -1,9 +1,52 @@
 #include <platform/files.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+
 namespace platform {
+namespace {
+
+/// A number that no other process and no other call is likely to draw.
+unsigned long long uniqueNumber() {
+    static std::atomic<unsigned long long> calls{0};
+    const auto now = std::chrono::system_clock::now().time_since_epoch().count();
+    const auto place = reinterpret_cast<std::uintptr_t>(&calls);
+    return static_cast<unsigned long long>(now) * 31 + place + ++calls * 0x9E3779B97F4A7C15ull;
+}
+
+/// A new file in the folder of `path`. Its short name holds nothing of the file's own, which may already be
+/// as long as a name can be. What a killed process left behind is never in the way.
+std::unique_ptr<File> openCopy(const char* path, std::string& name) {
+    const std::string_view target = path;
+    const std::string folder(target.substr(0, target.find_last_of("\\/:") + 1));
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        char unique[32];
+        std::snprintf(unique, sizeof unique, "~%010llx.tmp", uniqueNumber() & 0xFFFFFFFFFF);
+        name = folder + unique;
+        if (auto file = theFiles().open(name.c_str(), OpenMode::createNew)) return file;
+        if (theFiles().kind(name.c_str()) == FileKind::missing) break;
+    }
+    return nullptr;
+}
+
+bool putInPlace(const char* path, std::string_view content, bool replace) {
+    std::string copy;
+    auto file = openCopy(path, copy);
+    if (file == nullptr) return false;
+    const bool written = file->writeAt(0, content.data(), content.size()) && file->sync();
+    file.reset();
+    if (written && replace) theFiles().copyIdentity(path, copy.c_str());
+    if (written && theFiles().rename(copy.c_str(), path, replace)) return true;
+    theFiles().remove(copy.c_str());
+    return false;
+}
+
+}  // namespace
 
 File::~File() = default;
 FileSystem::~FileSystem() = default;
+void FileSystem::copyIdentity(const char*, const char*) {}
 
 bool readWholeFile(const char* path, std::string& content, std::int64_t limit) {
     const auto file = theFiles().open(path, OpenMode::read);
@@ -17,13 +60,14 @@ bool readWholeFile(const char* path, std::string& content, std::int64_t limit) {
 }
 
 bool replaceWholeFile(const char* path, std::string_view content) {
-    const std::string copy = std::string(path) + ".tmp$";
-    bool written = false;
-    if (const auto file = theFiles().open(copy.c_str(), OpenMode::create))
-        written = file->writeAt(0, content.data(), content.size()) && file->sync();
-    if (written && theFiles().rename(copy.c_str(), path, true)) return true;
-    theFiles().remove(copy.c_str());
-    return false;
+    if (path == nullptr) return false;
+    const bool exists = theFiles().kind(path) != FileKind::missing;
+    if (exists && theFiles().open(path, OpenMode::update) == nullptr) return false;
+    return putInPlace(path, content, true);
+}
+
+bool createWholeFile(const char* path, std::string_view content) {
+    return path != nullptr && theFiles().kind(path) == FileKind::missing && putInPlace(path, content, false);
 }
 
 }  // namespace platform

@@ -62,6 +62,9 @@ class DORSEL_API FileSystem {
     virtual bool rename(const char* from, const char* to, bool replace) = 0;
     /// Makes a folder and the missing ones above it. True when it is there afterwards.
     virtual bool createFolder(const char* path) = 0;
+    /// Gives a file what belongs to the other one's name rather than to its content: on POSIX systems its
+    /// permission bits, its owner where that is allowed, and its extended attributes. Nothing elsewhere.
+    virtual void copyIdentity(const char* from, const char* to);
     virtual FileKind kind(const char* path) = 0;
     /// Size of a file in bytes; -1 when it is missing or a folder.
     virtual std::int64_t size(const char* path) = 0;
@@ -87,8 +90,11 @@ inline bool isSeparator(char c) {
 
 /// Reads a whole file. False when it cannot be opened, fails while reading or is larger than `limit` bytes.
 DORSEL_API bool readWholeFile(const char* path, std::string& content, std::int64_t limit = INT64_MAX);
-/// Puts a whole file in place in one step: a copy beside it is written and synced, then renamed onto it. On
-/// failure the file that was there is as it was.
+/// Puts a whole file in place in one step: a copy beside it, under a name that no other file has, is written,
+/// synced and renamed onto it. The file keeps its identity (`copyIdentity`). A file that may not be written
+/// is not replaced either. On failure the file that was there is as it was.
 DORSEL_API bool replaceWholeFile(const char* path, std::string_view content);
+/// The same for a file that must not be there yet: an existing one makes it fail.
+DORSEL_API bool createWholeFile(const char* path, std::string_view content);
 
 }  // namespace platform

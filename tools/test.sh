@@ -9,11 +9,13 @@ tools/build.sh linux linux-asan windows linux-fuzz || exit 1
 passed=0
 failed=0
 results=$(mktemp -d)
+# Relative: a Windows GoogleTest does not take "/tmp" for a full path.
+report=build/report.xml
 trap 'rm -rf "$results"' EXIT
 
-# Runs one GoogleTest program and adds its counts; a program that dies counts as one failure more.
+# Runs one GoogleTest program and adds its counts; one that dies or runs no test counts as a failure.
 run_tests() {  # name command...
-    local name=$1 report="$results/report.xml" output="$results/output.txt" status total bad
+    local name=$1 output="$results/output.txt" status total bad
     shift
     rm -f "$report"
     echo "== $name"
@@ -21,7 +23,7 @@ run_tests() {  # name command...
     status=$?
     total=$(sed -n 's/^<testsuites tests="\([0-9]*\)".*/\1/p' "$report" 2>/dev/null)
     bad=$(sed -n 's/^<testsuites tests="[0-9]*" failures="\([0-9]*\)".*/\1/p' "$report" 2>/dev/null)
-    if [ -z "$total" ]; then total=1 bad=1; elif [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=1; fi
+    if [ "${total:-0}" -eq 0 ]; then total=1 bad=1; elif [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=1; fi
     passed=$((passed + total - bad))
     failed=$((failed + bad))
     echo "   $((total - bad)) passed, $bad failed"

@@ -10,6 +10,8 @@
 #include <platform/replaceable.h>
 #include <platform/windows/handle.h>
 
+#include <shellapi.h>  // wants <windows.h> before it
+
 namespace platform {
 namespace {
 

@@ -20,25 +20,18 @@ void removeFolder(const std::string& folder) {
     std::filesystem::remove_all(folder, ignored);
 }
 #else
-/// The drive root of this process, removed when the process ends.
-struct DriveRoot {
-    const std::filesystem::path path =
-        std::filesystem::temp_directory_path() /
-        ("kestra_drives_" + std::to_string(std::rand()) + "_" +
-         std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
-
-    DriveRoot() {
+std::filesystem::path driveRoot() {
+    // Never destroyed: it is removed at the very end, behind the static objects.
+    static const auto& root = *new const std::filesystem::path([] {
+        auto path = std::filesystem::temp_directory_path() /
+                    ("kestra_drives_" + std::to_string(std::rand()) + "_" +
+                     std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
         std::filesystem::create_directories(path / "c");
         ::setenv("KESTRA_DRIVES", path.c_str(), 1);
-    }
-    ~DriveRoot() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
-    }
-};
-const std::filesystem::path& driveRoot() {
-    static const DriveRoot root;
-    return root.path;
+        std::atexit([] { std::filesystem::remove_all(driveRoot()); });
+        return path;
+    }());
+    return root;
 }
 std::string newFolder(const std::string& unique) {
     driveRoot();

@@ -1,0 +1,206 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include <dorsel/paths.h>
+#include <dorsel/settings.h>
+#include <platform/faulty_files.h>
+#include <platform/replaceable.h>
+
+#include "../support/settings_folders.h"
+
+namespace {
+
+std::string text(const char* source, const char* section, const char* mode, const char* key) {
+    char out[5000];
+    const int length = gets_ini(source, section, mode, key, out, sizeof out);
+    EXPECT_EQ(length, static_cast<int>(std::strlen(out)));
+    return out;
+}
+
+}  // namespace
+
+TEST(Settings, TextsAreFoundAsTheFormatSays) {
+    const SettingsFolders folders;
+    folders.local(
+        "torel",
+        std::string_view(
+            "\xEF\xBB\xBF"
+            "before=any\n[ General ] rest\r\n  CODSOC = Géomètre & Fils \r\n;Société=no\nÉTAT=a=b\n"
+            "DirCht=D:\\a\n[Autre]\nDirCht=X\n[\nbad line\n=no key\n[GENERAL]\ndircht = E:\\b;F:\\c\r\n"
+            "Vide=\nNul=ab\0cd\nLast=no end",
+            229));
+    struct {
+        const char* section;
+        const char* key;
+        const char* value;
+    } const cases[] = {
+        {"general", "codsoc", "Géomètre & Fils"},
+        {" GENERAL ", " état", "a=b"},
+        {"General", "DIRCHT", "D:\\a;E:\\b;F:\\c"},
+        {"Autre", "DirCht", "X"},
+        {"General", "Last", "no end"},
+        {"General", "Vide", ""},
+        {"General", "Nul", "ab"},
+        {"General", "before", ""},
+        {"General", ";Société", ""},
+        {"", "before", ""},
+        {"General", nullptr, "CODSOC;ÉTAT;DirCht;Vide;Nul;Last"},
+        {"Absent", "", ""},
+        {nullptr, "CODSOC", ""},
+    };
+    for (const auto& row : cases) EXPECT_EQ(text("TOREL", row.section, "l", row.key), row.value);
+    char out[8] = "-------";
+    EXPECT_EQ(gets_ini("torel", "general", "l", "codsoc", out, 8), 7);
+    EXPECT_STREQ(out, "Géomètr");
+    EXPECT_EQ(gets_ini("torel", "general", "l", "codsoc", out, 1), 0);
+    EXPECT_STREQ(out, "");
+    EXPECT_EQ(gets_ini("torel", "general", "l", "codsoc", out, 0), 0);
+    EXPECT_EQ(gets_ini(nullptr, "general", "l", "codsoc", out, 8), 0);
+}
+
+TEST(Settings, FoldersAreTriedInTheOrderOfTheMode) {
+    const SettingsFolders folders;
+    folders.local("a", "[s]\nk=local\nvide=\n");
+    folders.network("a", "[s]\nk=network\nn=only\nvide=no\n[t]\nx=1\n");
+    EXPECT_EQ(text("a", "s", "lr", "k"), "local");
+    EXPECT_EQ(text("a", "s", "RL", "k"), "network");
+    EXPECT_EQ(text("a", "s", "?Plr", "n"), "only");
+    EXPECT_EQ(text("a", "s", "lr", "vide"), "");
+    EXPECT_EQ(text("a", "s", "lr", nullptr), "k;vide");
+    EXPECT_EQ(text("a", "t", "lr", nullptr), "x");
+    EXPECT_EQ(text("a", "s", "l", "n"), "");
+    EXPECT_EQ(text("a", "s", nullptr, "k"), "");
+    char out[20];
+    const std::string path = folders.folder().path("network\\ini\\A.INI");
+    EXPECT_EQ(DOS::Gets_ini(path.c_str(), "s", "", "k", out, 20), 7);
+    EXPECT_STREQ(out, "network");
+    EXPECT_EQ(DOS::Gets_ini("a", "s", "LR", "k", out, 20), 5);
+}
+
+TEST(Settings, NumbersHavePointOrComma) {
+    struct {
+        const char* text;
+        int read;
+        double value;
+    } const cases[] = {
+        {"12", 1, 12},     {"-1,5", 1, -1.5},     {"+.25x", 1, 0.25}, {"1e3", 1, 1000}, {"1.5e+;2", 1, 1.5},
+        {"2,E-1", 1, 0.2}, {"1.234,5", 1, 1.234}, {"inf", 0, -7},     {"nan", 0, -7},   {"x1", 0, -7},
+        {"", 0, -7},       {",", 0, -7},          {"+-1", 0, -7},     {"1e999", 0, -7}, {"0x10", 1, 0},
+    };
+    const SettingsFolders folders;
+    for (const auto& row : cases) {
+        folders.local("n", std::string("[s]\nk= ") + row.text + "\n");
+        double value = -7;
+        EXPECT_EQ(getr_ini("n", "s", "l", "k", &value), row.read) << row.text;
+        EXPECT_EQ(value, row.value) << row.text;
+        EXPECT_EQ(DOS::Getr_ini("n", "s", "l", "k", &value), row.read);
+    }
+    double value = -7;
+    EXPECT_EQ(getr_ini("n", "s", "l", "absent", &value), 0);
+    EXPECT_EQ(getr_ini("n", "s", "l", nullptr, &value), 0);
+    EXPECT_EQ(getr_ini("n", "s", "l", "k", nullptr), 0);
+}
+
+TEST(Settings, ListsAreAllocatedAndFreed) {
+    const SettingsFolders folders;
+    folders.network("torel", "[General]\nDirCht= D:\\a ; ;E:\\b;\nDirCht=F:\\c\nDirCht=\n");
+    folders.network("autre", "[General]\nDirCht=G:\n");
+    char* list = nullptr;
+    EXPECT_STREQ(DOS::Alloc_ini(&list, "General", "LR", "DirCht", nullptr), "D:\\a;E:\\b;F:\\c");
+    EXPECT_STREQ(DOS::Alloc_ini(&list, "General", "LR", "DirCht", "autre"), "G:");
+    EXPECT_STREQ(DOS::Alloc_ini(&list, "General", "LR", "Absent", nullptr), "");
+    EXPECT_STREQ(DOS::Alloc_ini(&list, "General", "LR", nullptr, nullptr), "");
+    DOS::Free_ini(&list);
+    EXPECT_EQ(list, nullptr);
+    DOS::Free_ini(&list);
+    DOS::Free_ini(nullptr);
+    EXPECT_EQ(DOS::Alloc_ini(nullptr, "General", "LR", "DirCht", nullptr), nullptr);
+}
+
+TEST(Settings, WritingKeepsEveryOtherLineByteForByte) {
+    struct {
+        const char* before;
+        const char* section;
+        const char* key;
+        const char* value;
+        const char* after;
+    } const cases[] = {
+        {"; c\n[s]\n  K = old  \n x\n", "S", "k", "new", "; c\n[s]\n  K = new\n x\n"},
+        {"[s]\r\na=1\r\n\r\n[t]\r\nb=2", "s", "c", "3", "[s]\r\na=1\r\nc=3\r\n\r\n[t]\r\nb=2"},
+        {"[t]\nb=2", "t", "c", "3", "[t]\nb=2\nc=3\n"},
+        {"[t]\nb=2", "t", "b", "3", "[t]\nb=3"},
+        {"[t]\nb=2", "s", "b", "3", "[t]\nb=2\n[s]\nb=3\n"},
+        {"[t", "s", "b", "3", "[t\r\n[s]\r\nb=3\r\n"},
+        {"", "s", "b", "3", "[s]\r\nb=3\r\n"},
+        {"[s]\nk=1\nx\nk=2\n[t]\nk=3\n[s]\nK=4\n", "s", "k", "5", "[s]\nk=5\nx\n[t]\nk=3\n[s]\n"},
+        {"[s]\na=1\n[t]\n[s]\nb=1\n", "s", "k", "v", "[s]\na=1\nk=v\n[t]\n[s]\nb=1\n"},
+        {"[s]\nk=1\nx=2\n", "s", "k", nullptr, "[s]\nx=2\n"},
+        {"[s]\nx=2\n", "s", "k", nullptr, "[s]\nx=2\n"},
+        {"[s]\nk=\n", "s", "k", "one\r\n[two]", "[s]\nk=one\n"},
+    };
+    const SettingsFolders folders;
+    for (const auto& row : cases) {
+        folders.local("w", row.before);
+        EXPECT_EQ(sets_ini("w", row.section, "l", row.key, row.value), 1) << row.before;
+        EXPECT_EQ(folders.local("w"), row.after);
+    }
+    const char* const refused[][2] = {{"a]", "k"}, {"a\nb", "k"}, {"s", "k=1"},
+                                      {"s", ";k"}, {"s", "[k"},   {"s", ""}};
+    for (const auto& row : refused) EXPECT_EQ(sets_ini("w", row[0], "l", row[1], "v"), 0) << row[0] << row[1];
+    EXPECT_EQ(sets_ini("w", nullptr, "l", "k", "v"), 0);
+    EXPECT_EQ(folders.local("w"), cases[std::size(cases) - 1].after);
+}
+
+TEST(Settings, WritingChoosesTheFileThatHoldsTheKey) {
+    const SettingsFolders folders;
+    EXPECT_EQ(sets_ini("new", "s", "lr", "k", nullptr), 1);
+    EXPECT_EQ(sets_ini("new", "s", "lr", "k", "1"), 1);
+    EXPECT_EQ(folders.local("new"), "[s]\r\nk=1\r\n");
+    folders.network("new", "[s]\nn=1\n");
+    EXPECT_EQ(sets_ini("new", "s", "lr", "n", "2"), 1);
+    EXPECT_EQ(folders.network("new"), "[s]\nn=2\n");
+    folders.network("only", "[s]\n");
+    EXPECT_EQ(sets_ini("only", "s", "lr", "k", "1"), 1);
+    EXPECT_EQ(folders.network("only"), "[s]\nk=1\n");
+    EXPECT_EQ(sets_ini("new", "s", "?", "k", "1"), 0);
+    folders.folder().write("local\\ini\\folder.ini\\x", "");
+    EXPECT_EQ(sets_ini("folder", "s", "l", "k", "1"), 0);
+}
+
+TEST(Settings, FailureAtAnyCallLeavesTheFileWhole) {
+    const SettingsFolders folders;
+    const std::string before = "[s]\r\nk=old\r\n", after = "[s]\r\nk=new\r\n";
+    long failures = 0;
+    for (const bool powerCut : {false, true}) {
+        for (long n = powerCut ? 0 : 1;; ++n) {
+            ASSERT_LT(n, 100);
+            folders.local("f", before);
+            platform::FaultyFiles faulty(platform::theFiles());
+            powerCut ? faulty.stopAfterWrites(n) : faulty.failAtCall(n);
+            const int written = [&] {
+                const platform::Replaced inForce(platform::replaceFiles, faulty);
+                return sets_ini("f", "s", "l", "k", "new");
+            }();
+            EXPECT_EQ(folders.local("f"), written != 0 ? after : before) << n;
+            failures += written == 0;
+            if (powerCut ? !faulty.stopped() : faulty.calls() < n) break;
+        }
+    }
+    EXPECT_GE(failures, 8);
+    folders.local("big", "[s]\n" + std::string(64 * 1024 * 1024, '\n'));
+    EXPECT_EQ(sets_ini("big", "s", "l", "k", "1"), 0);
+    EXPECT_EQ(text("big", "s", "l", "k"), "");
+}
+
+TEST(Settings, HugeAndCutFilesAreReadInOnePass) {
+    const SettingsFolders folders;
+    std::string content = "[s]\n";
+    for (int i = 0; i < 200'000; ++i) content += "k" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+    folders.local("h", content + std::string(100'000, 'x') + "=" + std::string(100'000, 'y'));
+    EXPECT_EQ(text("h", "s", "l", "k199999"), "199999");
+    EXPECT_EQ(text("h", "s", "l", nullptr).substr(0, 8), "k0;k1;k2");
+    EXPECT_TRUE(text("h", "s", "l", std::string(100'000, 'X').c_str()) == std::string(4999, 'y'));
+    EXPECT_EQ(sets_ini("h", "s", "l", "new", std::string(100'000, 'v').c_str()), 1);
+    EXPECT_TRUE(text("h", "s", "l", "new") == std::string(4999, 'v'));
+}

@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include <dorsel/strings.h>
+#include <platform/clock.h>
+#include <platform/replaceable.h>
+
+TEST(Strings, HelpersChangeTheTextInPlaceAndReturnIt) {
+    struct {
+        char* (*helper)(char*);
+        const char* text;
+        const char* result;
+    } const cases[] = {
+        {STR::Majuscules, "Été à Œuvre ÿ ß÷µ 12", "ÉTÉ À ŒUVRE Ÿ ß÷µ 12"},
+        {STR::Majuscules, "", ""},
+        {STR::Espace, "\xA0\t un  deux\r\n \xA0", "un  deux"},
+        {STR::Espace, " \t\r\n", ""},
+        {STR::C47_92, "D:/a\\b/", "D:\\a\\b\\"},
+        {STR::C92_47, "D:\\a/b\\", "D:/a/b/"},
+    };
+    for (const auto& row : cases) {
+        std::string text = row.text;
+        EXPECT_EQ(row.helper(text.data()), text.data());
+        EXPECT_STREQ(text.c_str(), row.result) << row.text;
+        EXPECT_EQ(row.helper(nullptr), nullptr);
+    }
+    int removed = -1;
+    std::string line = "a\rb\r\n\n";
+    EXPECT_STREQ(STR::CR_LF(line.data(), &removed), "a\rb");
+    EXPECT_EQ(removed, 3);
+    EXPECT_EQ(STR::CR_LF(nullptr, &removed), nullptr);
+    EXPECT_EQ(removed, 0);
+}
+
+TEST(Strings, CaseTablesAreThoseOfWindows1252) {
+    STR::Init_tables_car();
+    EXPECT_EQ(STR::Chr_majuscule[0xE9], 0xC9);
+    EXPECT_EQ(STR::Chr_majuscule[0xFF], 0x9F);
+    EXPECT_EQ(STR::Chr_minuscule[0x8C], 0x9C);
+    EXPECT_EQ(STR::Chr_minuscule[0xD7], 0xD7);
+    int capitals = 0;
+    for (unsigned code = 0; code < 256; ++code) capitals += STR::Chr_majuscule[code] != code;
+    EXPECT_EQ(capitals, 26 + 30 + 4);
+}
+
+TEST(Strings, SeparePointsIntoTheTextItCut) {
+    struct {
+        const char* text;
+        int maximum;
+        std::vector<std::string> pieces;
+    } const cases[] = {
+        {"a;b;;c", 0, {"a", "b", "", "c"}},
+        {"a;b;c", 2, {"a", "b"}},
+        {"a;b", 5, {"a", "b"}},
+        {";", -1, {"", ""}},
+        {"", 0, {""}},
+        {"abc", 1, {"abc"}},
+    };
+    MyPCharArray pieces;
+    for (const auto& row : cases) {
+        std::string text = row.text;
+        ASSERT_EQ(STR::Separe(text.data(), ';', pieces, row.maximum), static_cast<int>(row.pieces.size()))
+            << row.text;
+        for (unsigned i = 0; i < row.pieces.size(); ++i) EXPECT_EQ(pieces[i], row.pieces[i]) << row.text;
+        EXPECT_EQ(pieces[0], text.data());
+        EXPECT_EQ(pieces[static_cast<unsigned>(pieces.GetSize())], nullptr);
+    }
+    EXPECT_EQ(STR::Separe(nullptr, ';', pieces, 0), 0);
+    std::string many(100'000, ';');
+    EXPECT_EQ(STR::Separe(many.data(), ';', pieces, 0), 100'001);
+    MyPCharArray copy(pieces);
+    pieces.SetSize(1);
+    EXPECT_EQ(pieces.SetSize(2), 2);
+    EXPECT_EQ(pieces[1], nullptr);
+    EXPECT_EQ(copy[100'000], many.data() + 100'000);
+    EXPECT_EQ(pieces.SetSize(-3), 0);
+    EXPECT_FALSE(pieces.SetAt(0, many.data()));
+}
+
+TEST(Strings, NumCountsLeadingDigits) {
+    EXPECT_EQ(STR::Num(" \t1234a5", 1), 4);
+    EXPECT_EQ(STR::Num("-12", 1), 0);
+    EXPECT_EQ(STR::Num("", 1), 0);
+    EXPECT_EQ(STR::Num(nullptr, 1), 0);
+}
+
+TEST(Strings, TesteAsciiMatchesStarAndQuestionMark) {
+    struct {
+        const char* text;
+        const char* pattern;
+        bool matches;
+    } const cases[] = {
+        {"FICHIERS", "FICHIERS", true},
+        {"FICHIERS", "FICH", false},
+        {"FICHIERS", "F*", true},
+        {"FICHIERS", "*I?R*", true},
+        {"FICHIERS", "*IS", false},
+        {"FICHIERS", "fichiers", false},
+        {"", "*", true},
+        {"", "?", false},
+        {"", "", true},
+        {"abcabcabd", "*abd", true},
+        {"a*c", "a?c", true},
+        {"abc", "abc**", true},
+    };
+    for (const auto& row : cases)
+        EXPECT_EQ(STR::Teste_ASCII(row.text, row.pattern, nullptr) != 0, row.matches)
+            << row.text << ' ' << row.pattern;
+    EXPECT_EQ(STR::Teste_ASCII(nullptr, "*", nullptr), 0);
+    EXPECT_EQ(STR::Teste_ASCII("", nullptr, nullptr), 0);
+    const std::string text(20'000, 'a');
+    EXPECT_EQ(STR::Teste_ASCII(text.c_str(), "*a*a*a*a*a*a*a*a*a*a*b", nullptr), 0);
+}
+
+TEST(Strings, StrDateWritesTheLocalTime) {
+    struct : platform::Clock {
+        std::int64_t now() override { return 0; }
+        platform::LocalTime localTime(std::int64_t seconds) override {
+            if (seconds < 0) return {};
+            return {2009, 3, 7, 8, 5, static_cast<int>(seconds), true};
+        }
+    } clock;
+    const platform::Replaced inForce(platform::replaceClock, clock);
+    char out[32];
+    const std::int64_t time64 = 59, none = -1;
+    EXPECT_STREQ(STR::StrDate(out, 4, nullptr), "07/03/2009 08:05:04");
+    EXPECT_STREQ(STR::StrDate(out, 4, &time64), "07/03/2009 08:05:59");
+    EXPECT_STREQ(STR::StrDate(out, 4, &none), "");
+}
