@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <platform/window/wnd.h>
+
 namespace {
 
 /// State of the application object that was constructed in the program's own module.
@@ -77,7 +79,12 @@ BOOL CWinApp::PumpWaiting() {
     return TRUE;
 }
 
-BOOL CWinApp::PreTranslateMessage(MSG*) {
+BOOL CWinApp::PreTranslateMessage(MSG* message) {
+    for (HWND window = message->hwnd; window != nullptr; window = ::GetParent(window)) {
+        CWnd* const object = CWnd::FromHandlePermanent(window);
+        if (object != nullptr && object->PreTranslateMessage(message)) return TRUE;
+        if ((::GetWindowLongA(window, GWL_STYLE) & WS_CHILD) == 0) break;
+    }
     return FALSE;
 }
 
