@@ -20,17 +20,25 @@ void removeFolder(const std::string& folder) {
     std::filesystem::remove_all(folder, ignored);
 }
 #else
-std::filesystem::path driveRoot() {
-    static const std::filesystem::path root = [] {
-        auto path = std::filesystem::temp_directory_path() /
-                    ("kestra_drives_" + std::to_string(std::rand()) + "_" +
-                     std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
+/// The drive root of this process, removed when the process ends.
+struct DriveRoot {
+    const std::filesystem::path path =
+        std::filesystem::temp_directory_path() /
+        ("kestra_drives_" + std::to_string(std::rand()) + "_" +
+         std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
+
+    DriveRoot() {
         std::filesystem::create_directories(path / "c");
         ::setenv("KESTRA_DRIVES", path.c_str(), 1);
-        std::atexit([] { std::filesystem::remove_all(driveRoot()); });
-        return path;
-    }();
-    return root;
+    }
+    ~DriveRoot() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
+    }
+};
+const std::filesystem::path& driveRoot() {
+    static const DriveRoot root;
+    return root.path;
 }
 std::string newFolder(const std::string& unique) {
     driveRoot();
