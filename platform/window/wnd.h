@@ -99,6 +99,8 @@ class DORSEL_API CWnd : private platform::WindowSubclass::Target {
     virtual BOOL PreTranslateMessage(MSG* message);
 
   protected:
+    /// Whether this object created its window and will destroy it.
+    bool ownsWindow() const { return m_created; }
     /// Every message of the window. The framework's own offers notifications and owner drawing of a child to
     /// the child's object first (`OnChildNotify`), then to `OnNotify` or `OnCommand` here, then to the
     /// window.
