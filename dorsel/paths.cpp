@@ -193,7 +193,10 @@ int Controle_chemin(const char* path, char* drive, char* directory, char* name, 
         copyCut(extension, pathSize, parts.extension);
         if (text.empty()) return -1;
         if (text.size() >= pathSize) return 1;
-        return std::any_of(text.begin() + static_cast<std::ptrdiff_t>(parts.drive.size()), text.end(), isForbidden) ? 2 : 0;
+        return std::any_of(text.begin() + static_cast<std::ptrdiff_t>(parts.drive.size()), text.end(),
+                           isForbidden)
+                   ? 2
+                   : 0;
     });
 }
 
