@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace platform {
 
 std::shared_ptr<Stream> Stream::open(const char* path, OpenMode mode) {
     auto file = theFiles().open(path, mode);
-    return file != nullptr ? std::make_shared<Stream>(std::move(file)) : nullptr;
+    return file != nullptr ? std::make_shared<Stream>(std::move(file), path) : nullptr;
 }
 
-Stream::Stream(std::unique_ptr<File> file) : m_file(std::move(file)) {}
+Stream::Stream(std::unique_ptr<File> file, std::string path)
+    : m_file(std::move(file)), m_path(std::move(path)) {}
 Stream::~Stream() = default;
 
 void Stream::close() {

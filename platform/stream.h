@@ -1,6 +1,8 @@
 #pragma once
+#include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,7 +21,7 @@ class DORSEL_API Stream {
 
     /// Null when the file cannot be opened.
     static std::shared_ptr<Stream> open(const char* path, OpenMode mode);
-    explicit Stream(std::unique_ptr<File> file);
+    explicit Stream(std::unique_ptr<File> file, std::string path = {});
     ~Stream();
     Stream(const Stream&) = delete;
     Stream& operator=(const Stream&) = delete;
@@ -27,6 +29,8 @@ class DORSEL_API Stream {
     bool isOpen() const { return m_file != nullptr; }
     void close();
     File* file() { return m_file.get(); }
+    /// The path that `open` was given; empty when the stream was made over a file.
+    const std::string& path() const { return m_path; }
 
     std::int64_t tell() const { return m_bufferStart + static_cast<std::int64_t>(m_next); }
     void seek(std::int64_t offset);
@@ -55,6 +59,7 @@ class DORSEL_API Stream {
     void dropBuffer();
 
     std::unique_ptr<File> m_file;
+    std::string m_path;
     std::vector<char> m_buffer;
     std::int64_t m_bufferStart = 0;  ///< file offset of m_buffer[0]
     std::size_t m_next = 0;          ///< position inside the buffer

@@ -1,0 +1,47 @@
+#include <gtest/gtest.h>
+
+#include <kestra/project/variable_list.h>
+
+#include "../../support/temporary_folder.h"
+
+TEST(VisitVariables, ListsTheLinesOfAProjectAndItsIncludes) {
+    const TemporaryFolder folder;
+    folder.write("a.cht", "CHTIVAR;b\n$VARCHT;TITRE;Plan\x02;..\\x\n$.ARCHT;OLD;1\nnote;x\n$MEP\n$MEP;1\n");
+    folder.write("b.cht", "$DORSEL;FICHIERS;..\\x;\nCHTIVAR;a\n$VARCHT;B;2\n");
+    Cchantier project;
+    project.m_cheminCht = folder.path("a").c_str();
+    std::string seen;
+    const auto note = [&](const ProjectVariable& variable) {
+        seen.append(variable.included ? "+" : " ")
+            .append(variable.section.view())
+            .append(":")
+            .append(variable.name.view());
+        for (int i = 0; i < variable.values.GetSize(); ++i)
+            seen.append("|").append(variable.values[i].view());
+        seen.append("@").append(variable.file.view()).append("\n");
+        return variable.name != CString("FICHIERS");
+    };
+    const std::string a = "@" + folder.path("a.cht") + "\n";
+    EXPECT_EQ(VisitVariables(project, note), 3);
+    EXPECT_EQ(seen, " $VARCHT:TITRE|Plan;|" + folder.path("x") + a + " $MEP:1" + a + "+$DORSEL:FICHIERS|" +
+                        folder.path("x") + "|@" + folder.path("b.cht") + "\n");
+    EXPECT_EQ(project.m_fp, nullptr);
+    EXPECT_EQ(VisitVariables(project, [](const ProjectVariable&) { return true; }), 4);
+    project.m_cheminCht = folder.path("none").c_str();
+    EXPECT_EQ(VisitVariables(project, note), -1);
+}
+
+TEST(VisitVariables, SurvivesAVisitorThatReadsTheProject) {
+    const TemporaryFolder folder;
+    std::string content;
+    for (int i = 0; i < 500; ++i) content += "$VARCHT;V" + std::to_string(i) + ";1\n";
+    folder.write("a.cht", content);
+    Cchantier project;
+    project.m_cheminCht = folder.path("a").c_str();
+    const int lines = VisitVariables(project, [&](const ProjectVariable&) {
+        CStringArray out;
+        return project.Getvar("$VARCHT", "V1", 0, out) == 1;
+    });
+    EXPECT_GE(lines, 1);
+    EXPECT_LE(lines, 500);
+}
