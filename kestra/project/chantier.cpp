@@ -8,6 +8,7 @@
 #include <dorsel/globals.h>
 #include <dorsel/paths.h>
 #include <dorsel/settings.h>
+#include <kestra/frame/frame_hooks.h>
 #include <kestra/project/line_filter.h>
 #include <kestra/project/line_reader.h>
 #include <kestra/project/project_walk.h>
@@ -33,6 +34,20 @@ std::string_view textOf(const char* text) {
 }  // namespace
 
 Cchantier chtdef;
+
+namespace {
+
+/// What the frame asks of the default project.
+constexpr kestra::ProjectHooks defaultProject = {
+    [] { return chtdef.m_cheminCht.GetString(); },
+    [] { return chtdef.m_titre.GetString(); },
+    [] { return chtdef.m_fichiers.GetString(); },
+    [] { return static_cast<long>(chtdef.m_bDwg); },
+    &Cchantier::chemins_CHT,
+};
+[[maybe_unused]] const bool registered = (kestra::setProjectHooks(defaultProject), true);
+
+}  // namespace
 
 Cchantier::Cchantier() {
     _Init_cht();
