@@ -5,9 +5,9 @@
 
 namespace dorsel {
 
-/// The text of a settings file, as `dorsel/settings.h` describes the format. It holds no copy: the text must
-/// outlive it, and so the views that it gives. Each operation reads the text once, in time proportional to
-/// its length.
+/// The text of a settings file, as `dorsel/settings.h` describes the format; internal. It holds no copy: the
+/// text must outlive it, and so the views that it gives. Each operation reads the text once, in time
+/// proportional to its length.
 class IniFile {
   public:
     explicit IniFile(std::string_view text) : m_text(text) {}

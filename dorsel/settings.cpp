@@ -22,7 +22,7 @@ using dorsel::guarded;
 using dorsel::IniFile;
 using dorsel::withoutBlanks;
 
-constexpr std::int64_t largestFile = 64 * 1024 * 1024;
+constexpr std::int64_t largestFile = 64LL * 1024 * 1024;
 constexpr std::string_view iniExtension = ".ini";
 
 std::string_view viewOf(const char* text) {

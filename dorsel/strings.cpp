@@ -142,8 +142,8 @@ char* StrDate(char* out, std::int32_t time, const std::int64_t* time64) {
     const platform::LocalTime local = platform::theClock().localTime(time64 != nullptr ? *time64 : time);
     *out = '\0';
     if (local.valid)
-        std::snprintf(out, room, "%02d/%02d/%04d %02d:%02d:%02d", local.day, local.month, local.year,
-                      local.hour, local.minute, local.second);
+        (void)std::snprintf(out, room, "%02d/%02d/%04d %02d:%02d:%02d", local.day, local.month, local.year,
+                            local.hour, local.minute, local.second);
     return out;
 }
 

@@ -16,7 +16,8 @@ class DORSEL_API MyPCharArray {
     MyPCharArray& operator=(const MyPCharArray& other);
 
     int GetSize() const { return m_size; }
-    /// New pointers are null. A negative size counts as 0. Returns the new size.
+    /// New pointers are null. A negative size counts as 0. Returns the new size; the old one when memory is
+    /// short.
     int SetSize(int size);
     /// Null outside the array.
     char* operator[](unsigned index) const {
@@ -24,7 +25,7 @@ class DORSEL_API MyPCharArray {
     }
     /// False outside the array.
     bool SetAt(unsigned index, char* text);
-    /// Index of the new pointer.
+    /// Index of the new pointer; -1 when memory is short.
     int Add(char* text);
 
   private:
@@ -50,9 +51,9 @@ DORSEL_API char* Majuscules(char* text);
 DORSEL_API char* Espace(char* text);
 
 /// Cuts the text at each `separator` and fills `pieces` with pointers to the pieces, in order; returns their
-/// number. With `maximum` above 0 at most that many pieces are kept: each still ends at its separator and
-/// what lies beyond is dropped. A text without separator is one piece; an empty text is one empty piece; a
-/// null text gives none.
+/// number, which is also the array's size. With `maximum` above 0 at most that many pieces are kept: each
+/// still ends at its separator and what lies beyond is dropped. A text without separator is one piece; an
+/// empty text is one empty piece; a null text gives none.
 DORSEL_API int Separe(char* text, char separator, MyPCharArray& pieces, int maximum);
 
 /// Number of digits at the start of the text, behind leading blanks: above 0 when the text begins with a

@@ -52,35 +52,35 @@ void passOn(char* line, std::size_t length) {
         showLine(text);
 }
 
+/// Forms the line on the stack, or on the heap when it is long; cut where there is no memory for it.
+int trace(const char* format, std::va_list values) {
+    char shortLine[1024];
+    std::va_list again;
+    va_copy(again, values);
+    const int length = std::vsnprintf(shortLine, sizeof shortLine, format, values);
+    const auto wanted = static_cast<std::size_t>(std::max(length, 0));
+    std::unique_ptr<char[]> longLine;
+    if (wanted >= sizeof shortLine) longLine.reset(new (std::nothrow) char[wanted + 1]);
+    if (longLine != nullptr) (void)std::vsnprintf(longLine.get(), wanted + 1, format, again);
+    va_end(again);
+
+    if (length < 0) return 0;
+    if (longLine != nullptr)
+        passOn(longLine.get(), wanted);
+    else
+        passOn(shortLine, std::min(wanted, sizeof shortLine - 1));
+    return length;
+}
+
 }  // namespace
 
 int mprintf(const char* format, ...) {
     if (format == nullptr) return 0;
-    char shortLine[1024];
-    std::va_list values, again;
+    std::va_list values;
     va_start(values, format);
-    va_copy(again, values);
-    const int length = std::vsnprintf(shortLine, sizeof shortLine, format, values);
+    const int length = dorsel::guarded(0, [&] { return trace(format, values); });
     va_end(values);
-
-    char* line = shortLine;
-    std::unique_ptr<char[]> longLine;
-    std::size_t shownLength = static_cast<std::size_t>(std::max(length, 0));
-    if (shownLength >= sizeof shortLine) {
-        longLine.reset(new (std::nothrow) char[shownLength + 1]);
-        if (longLine != nullptr) {
-            line = longLine.get();
-            std::vsnprintf(line, shownLength + 1, format, again);
-        } else {
-            shownLength = sizeof shortLine - 1;
-        }
-    }
-    va_end(again);
-    if (length < 0) return 0;
-    return dorsel::guarded(0, [&] {
-        passOn(line, shownLength);
-        return length;
-    });
+    return length;
 }
 
 TraceOutput setTraceOutput(TraceOutput output) {

@@ -75,7 +75,7 @@ std::pair<std::size_t, unsigned> decodeUtf8(std::string_view text) {
 
 char codeOf(unsigned point) {
     if (point < 0x80 || (point >= 0xA0 && point <= 0xFF)) return static_cast<char>(point);
-    const auto found = std::find(highControls.begin(), highControls.end(), point);
+    const auto* const found = std::find(highControls.begin(), highControls.end(), point);
     return found == highControls.end() ? '?' : static_cast<char>(0x80 + (found - highControls.begin()));
 }
 

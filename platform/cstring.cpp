@@ -244,7 +244,7 @@ void CString::FormatV(const char* format, va_list arguments) {
     const int length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
     std::string out(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
-    if (length > 0) std::vsnprintf(out.data(), out.size() + 1, format, arguments);
+    if (length > 0) (void)std::vsnprintf(out.data(), out.size() + 1, format, arguments);
     m_text.swap(out);
 }
 

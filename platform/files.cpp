@@ -23,7 +23,7 @@ std::unique_ptr<File> openCopy(const char* path, std::string& name) {
     const std::string folder(target.substr(0, target.find_last_of("\\/:") + 1));
     for (int attempt = 0; attempt < 100; ++attempt) {
         char unique[32];
-        std::snprintf(unique, sizeof unique, "~%010llx.tmp", uniqueNumber() & 0xFFFFFFFFFF);
+        (void)std::snprintf(unique, sizeof unique, "~%010llx.tmp", uniqueNumber() & 0xFFFFFFFFFF);
         name = folder + unique;
         if (auto file = theFiles().open(name.c_str(), OpenMode::createNew)) return file;
         if (theFiles().kind(name.c_str()) == FileKind::missing) break;

@@ -17,7 +17,7 @@ namespace platform {
 /// truncation drops the buffer. Not thread-safe.
 class DORSEL_API Stream {
   public:
-    static constexpr std::size_t bufferSize = 64 * 1024;
+    static constexpr std::size_t bufferSize = 64UL * 1024;
 
     /// Null when the file cannot be opened.
     static std::shared_ptr<Stream> open(const char* path, OpenMode mode);

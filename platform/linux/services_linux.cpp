@@ -50,6 +50,7 @@ class PosixClock : public Clock {
 /// pipe closes by itself when one starts, else a byte comes through it.
 bool startDetached(std::vector<std::string> words) {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     int ends[2];
@@ -114,6 +115,7 @@ class PosixMachine : public Machine {
         // What Windows' own viewer opens there is opened by the desktop here.
         if (words.size() == 2 && equalNoCase1252(words[0], "explorer")) return openDocument(words[1].c_str());
         std::vector<std::string> native;
+        native.reserve(words.size());
         for (const std::string& word : words) native.push_back(nativeWord(word));
         return startDetached(std::move(native)) ||
                openDocument(words.size() == 1 ? words[0].c_str() : commandLine);
@@ -121,7 +123,7 @@ class PosixMachine : public Machine {
     bool classicHelp(const char*, const char*) override { return false; }
     bool htmlHelp(const char*, const char*) override { return false; }
     void debugLine(const char* text) override {
-        if (text != nullptr) std::fprintf(stderr, "%s\n", utf8From1252(text).c_str());
+        if (text != nullptr) (void)std::fprintf(stderr, "%s\n", utf8From1252(text).c_str());
     }
     std::string environment(const char* name) override {
         const char* value = name != nullptr ? std::getenv(name) : nullptr;
@@ -133,7 +135,8 @@ class TerminalPrompt : public Prompt {
   public:
     Answer ask(unsigned style, const char* text, const char* caption) override {
         const std::string title = caption != nullptr ? utf8From1252(caption) + ": " : std::string();
-        std::fprintf(stderr, "%s%s\n", title.c_str(), text != nullptr ? utf8From1252(text).c_str() : "");
+        (void)std::fprintf(stderr, "%s%s\n", title.c_str(),
+                           text != nullptr ? utf8From1252(text).c_str() : "");
         return neutralAnswer(style);
     }
 };
