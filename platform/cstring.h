@@ -101,6 +101,15 @@ class DORSEL_API CString {
     char* GetBufferSetLength(int length);
     void ReleaseBuffer(int newLength = -1);
 
+    // Friends, so that they are candidates only where one side is a CString already.
+    friend bool operator==(const CString& first, const CString& second) {
+        return first.view() == second.view();
+    }
+    friend bool operator==(const CString& first, const char* second) { return first.Compare(second) == 0; }
+    friend bool operator<(const CString& first, const CString& second) {
+        return first.view() < second.view();
+    }
+
   private:
     std::string m_text;
 };
@@ -110,13 +119,3 @@ DORSEL_API CString operator+(const CString& first, const char* second);
 DORSEL_API CString operator+(const char* first, const CString& second);
 DORSEL_API CString operator+(const CString& first, char second);
 DORSEL_API CString operator+(char first, const CString& second);
-
-inline bool operator==(const CString& first, const CString& second) {
-    return first.view() == second.view();
-}
-inline bool operator==(const CString& first, const char* second) {
-    return first.Compare(second) == 0;
-}
-inline bool operator<(const CString& first, const CString& second) {
-    return first.view() < second.view();
-}

@@ -1,0 +1,33 @@
+#pragma once
+#include <string>
+
+#include "main_window.h"
+
+/// Drives the window as a person would, with real mouse input, and writes down what came of it: `rapport.txt`
+/// (UTF-8, ten lines) and `listing.htm` in a folder.
+class DemoRun {
+  public:
+    /// `folder` ends in a separator.
+    DemoRun(MainWindow& window, std::string folder) : m_window(window), m_folder(std::move(folder)) {}
+    /// Runs all steps; 0 when each did what it should, else 1.
+    int run(const char* project);
+
+  private:
+    void report(bool good, const CString& line);
+    void nameModules();
+    void openProject(const char* project);
+    void sortByClick();
+    void hideColumn();
+    void fitColumn();
+    void print();
+    void copy();
+    void waitForPicture();
+    bool waitUntil(bool (*done)(DemoRun&), int milliseconds);
+    void clickHeader(int x, int clicks);
+    bool isSorted(int column);
+
+    MainWindow& m_window;
+    std::string m_folder;
+    std::string m_report;
+    bool m_good = true;
+};
