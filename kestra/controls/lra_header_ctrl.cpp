@@ -57,6 +57,8 @@ int CLraHeaderCtrl::GetLayout(WPARAM, LPARAM layout) {
     const HDLAYOUT& request = *reinterpret_cast<HDLAYOUT*>(layout);
     RECT& room = *request.prc;
     WINDOWPOS& place = *request.pwpos;
+    // Some platforms' lists move whatever window the answer names.
+    place.hwnd = m_hWnd;
     place.hwndInsertAfter = nullptr;
     place.x = room.left;
     place.y = room.top;

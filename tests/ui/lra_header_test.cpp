@@ -49,6 +49,7 @@ TEST_F(LraHeader, LayoutAddsTheTopToTheHeightAndComputesItOnce) {
     EXPECT_EQ(header.SendMessage(HDM_LAYOUT, 0, reinterpret_cast<LPARAM>(&layout)), 1);
     const int height = header.m_Height;
     EXPECT_EQ(height, ::GetSystemMetrics(SM_CYBORDER) + 2 * lineHeight());
+    EXPECT_EQ(place.hwnd, header.m_hWnd);
     EXPECT_EQ(place.x, 5);
     EXPECT_EQ(place.y, 7);
     EXPECT_EQ(place.cx, 100);
@@ -65,6 +66,8 @@ TEST_F(LraHeader, LayoutAddsTheTopToTheHeightAndComputesItOnce) {
 }
 
 TEST_F(LraHeader, TheListIsLaidOutBelowATallHeader) {
+    EXPECT_EQ(list.GetWindowRect().Height(), 200) << "the header's layout leaves the list alone";
+    EXPECT_EQ(header.GetWindowRect().Height(), header.m_Height);
     header.SetItemText(0, "two\nlines");
     header.CalculHeight();
     list.MoveWindow({0, 0, 400, 180});

@@ -200,8 +200,8 @@ TEST_F(LraListSort, ARealDragMovesAColumnButNotIntoTheFirstPlace) {
             order += std::to_string(list.m_HeaderCtrl.OrderToIndex(place));
         return order;
     };
-    EXPECT_EQ(drag(150, 200), "0132");
-    EXPECT_EQ(drag(20, 200), "0132");
+    EXPECT_EQ(drag(150, 225), "0132");
+    EXPECT_EQ(drag(20, 225), "0132");
     EXPECT_EQ(drag(100, 10), "0132");
     EXPECT_EQ(list.GetColumsWidth(), 240);
 }
