@@ -1,1 +1,344 @@
 #include <gtest/gtest.h>
+#include <platform/prompt.h>
+#include <platform/replaceable.h>
+#include <platform/window/controls.h>
+#include <platform/window/dialog.h>
+#include <platform/window/file_dialog.h>
+#include <platform/window/handles.h>
+#include <platform/window/menu.h>
+#include <platform/window/module_state.h>
+#include <platform/window/win_app.h>
+
+#include "ui_support.h"
+
+namespace {
+
+struct Recorder : CWnd {
+    std::vector<UINT> messages;
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+        messages.push_back(message);
+        return CWnd::WindowProc(message, wParam, lParam);
+    }
+    bool saw(UINT message) const { return std::count(messages.begin(), messages.end(), message) > 0; }
+};
+
+HWND bareEdit(const CWnd& parent, const char* text) {
+    return ::CreateWindowExA(0, "EDIT", text, WS_CHILD, 0, 0, 50, 20, parent.m_hWnd, nullptr, nullptr,
+                             nullptr);
+}
+
+TEST(Window, SeesItsMessagesFromCreationToTheEnd) {
+    HiddenParent parent;
+    Recorder child;
+    ASSERT_TRUE(child.Create("EDIT", "é", WS_CHILD, {0, 0, 50, 20}, &parent, 5));
+    EXPECT_TRUE(child.saw(WM_NCCREATE) && child.saw(WM_CREATE));
+    EXPECT_EQ(CWnd::FromHandlePermanent(child.m_hWnd), &child);
+    EXPECT_EQ(child.GetDlgCtrlID(), 5);
+    CString text;
+    EXPECT_EQ(child.GetWindowText(text), 1);
+    EXPECT_STREQ(text, "é");
+    EXPECT_FALSE(child.Create("EDIT", "", WS_CHILD, {0, 0, 50, 20}, &parent, 6)) << "it has a window";
+    const HWND window = child.m_hWnd;
+    parent.DestroyWindow();
+    EXPECT_TRUE(child.saw(WM_NCDESTROY));
+    EXPECT_EQ(child.m_hWnd, nullptr);
+    EXPECT_EQ(CWnd::FromHandlePermanent(window), nullptr);
+    EXPECT_FALSE(child.Create("no such class", "", WS_CHILD, {0, 0, 5, 5}, &parent, 6));
+}
+
+TEST(Window, SubclassingLetsGoInAnyOrder) {
+    HiddenParent parent;
+    const HWND edit = bareEdit(parent, "kept");
+    const auto procedure = [&] { return ::GetWindowLongPtrA(edit, GWLP_WNDPROC); };
+    const auto before = procedure();
+    {
+        Recorder first, second;
+        EXPECT_TRUE(first.SubclassWindow(edit));
+        EXPECT_FALSE(second.SubclassWindow(edit)) << "one object per window";
+        EXPECT_FALSE(second.SubclassWindow(nullptr));
+        ::SendMessageA(edit, WM_APP, 0, 0);
+        EXPECT_TRUE(first.saw(WM_APP));
+        EXPECT_EQ(first.UnsubclassWindow(), edit);
+        EXPECT_TRUE(second.SubclassWindow(edit));
+    }
+    EXPECT_EQ(procedure(), before);
+    EXPECT_TRUE(::IsWindow(edit));
+
+    static WNDPROC below;
+    const WNDPROC other = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        return message == WM_APP ? 42 : ::CallWindowProcA(below, window, message, wParam, lParam);
+    };
+    {
+        Recorder first;
+        first.SubclassWindow(edit);
+        below = reinterpret_cast<WNDPROC>(
+            ::SetWindowLongPtrA(edit, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(other)));
+    }
+    EXPECT_EQ(::SendMessageA(edit, WM_APP, 0, 0), 42) << "another subclass above ours is not cut off";
+    EXPECT_EQ(::SendMessageA(edit, WM_GETTEXTLENGTH, 0, 0), 4);
+    Recorder again;
+    EXPECT_TRUE(again.SubclassWindow(edit));
+    ::SendMessageA(edit, WM_GETTEXTLENGTH, 0, 0);
+    EXPECT_TRUE(again.saw(WM_GETTEXTLENGTH));
+    ::DestroyWindow(edit);
+    EXPECT_EQ(again.m_hWnd, nullptr);
+}
+
+TEST(Window, AnObjectMayDeleteItselfWhenItsWindowIsGone) {
+    struct OnHeap : CWnd {
+        explicit OnHeap(int& deleted) : m_deleted(deleted) {}
+        ~OnHeap() override { ++m_deleted; }
+        void PostNcDestroy() override { delete this; }
+        int& m_deleted;
+    };
+    int deleted = 0;
+    HiddenParent parent;
+    auto* const child = new OnHeap(deleted);
+    child->Create("STATIC", "", WS_CHILD, {0, 0, 5, 5}, &parent, 1);
+    parent.DestroyWindow();
+    EXPECT_EQ(deleted, 1);
+}
+
+TEST(Window, NotificationsReachTheChildsObjectFirst) {
+    struct Child : CEdit {
+        std::vector<UINT> heard;
+        BOOL answer = FALSE;
+        BOOL OnChildNotify(UINT message, WPARAM, LPARAM, LRESULT* result) override {
+            heard.push_back(message);
+            *result = 7;
+            return answer;
+        }
+    };
+    HiddenParent parent;
+    Child child;
+    child.Create(WS_CHILD, {0, 0, 50, 20}, &parent, 9);
+    child.ReplaceSel("a");
+    EXPECT_EQ(child.heard, (std::vector<UINT>{WM_COMMAND, WM_COMMAND}));  // EN_UPDATE, EN_CHANGE
+    child.answer = TRUE;
+    NMHDR header = {child.m_hWnd, 9, 1};
+    EXPECT_EQ(parent.SendMessage(WM_NOTIFY, 9, reinterpret_cast<LPARAM>(&header)), 7);
+    header.hwndFrom = nullptr;
+    EXPECT_EQ(parent.SendMessage(WM_NOTIFY, 9, reinterpret_cast<LPARAM>(&header)), 0);
+}
+
+TEST(Window, SmallControls) {
+    HiddenParent parent;
+    const std::string longText(5000, 'x');
+    const auto check = [&](auto& box, auto textOf) {
+        ASSERT_TRUE(box.Create(WS_CHILD, {0, 0, 50, 90}, &parent, 3));
+        EXPECT_EQ(box.AddString("é"), 0);
+        EXPECT_EQ(box.AddString(longText.c_str()), 1);
+        EXPECT_EQ(box.GetCount(), 2);
+        box.SetItemData(1, 0xFEDCBA9876543210u);
+        EXPECT_EQ(box.GetItemData(1), 0xFEDCBA9876543210u);
+        CString text("kept");
+        EXPECT_LT(textOf(2, text), 0);
+        EXPECT_STREQ(text, "kept");
+        EXPECT_EQ(textOf(1, text), 5000);
+        EXPECT_EQ(textOf(0, text), 1);
+        EXPECT_STREQ(text, "é");
+        box.SetCurSel(1);
+        EXPECT_EQ(box.GetCurSel(), 1);
+    };
+    CListBox list;
+    check(list, [&](int index, CString& text) { return list.GetText(index, text); });
+    CComboBox combo;
+    check(combo, [&](int index, CString& text) { return combo.GetLBText(index, text); });
+    EXPECT_EQ(combo.FindStringExact(-1, "É"), 0);
+    CEdit edit;
+    edit.Create(WS_CHILD, {0, 0, 50, 20}, &parent, 4);
+    edit.SetWindowText("abcdef");
+    edit.SetSel(2, 4);
+    int start = 0, end = 0;
+    edit.GetSel(start, end);
+    EXPECT_EQ(start * 10 + end, 24);
+}
+
+TEST(Window, LastErrorSurvivesTheCleanUp) {
+    ::SetLastError(1234);
+    {
+        HiddenParent parent;
+        const platform::UniqueGdi<HPEN> pen(::CreatePen(PS_SOLID, 1, 0));
+        const platform::WindowDc dc(parent);
+        const platform::Selected selected(dc, pen.get());
+        ::SetLastError(1234);
+    }
+    EXPECT_EQ(::GetLastError(), 1234u);
+}
+
+TEST(ModuleState, ScopesAndTheChainOfExtensionModules) {
+    AFX_MODULE_STATE other{::GetModuleHandleA("comctl32.dll"), ::GetModuleHandleA("comctl32.dll"), nullptr};
+    EXPECT_EQ(AfxGetStaticModuleState()->m_hCurrentInstanceHandle, ::GetModuleHandleA(nullptr));
+    EXPECT_EQ(AfxGetInstanceHandle(), ::GetModuleHandleA(nullptr));
+    {
+        const AfxManageState scope(&other);
+        EXPECT_EQ(AfxGetModuleState(), &other);
+        const AfxManageState inner(nullptr);
+        EXPECT_EQ(AfxGetResourceHandle(), ::GetModuleHandleA(nullptr));
+    }
+    const char* const id = MAKEINTRESOURCEA(1);
+    const char* const version = MAKEINTRESOURCEA(16);  // the test program has none of its own
+    EXPECT_EQ(AfxFindResourceHandle(id, version), AfxGetResourceHandle());
+    AFX_EXTENSION_MODULE shell, controls;
+    AfxInitExtensionModule(shell, ::GetModuleHandleA("shell32.dll"));
+    AfxInitExtensionModule(controls, ::GetModuleHandleA("comctl32.dll"));
+    {
+        const CDynLinkLibrary first(shell), second(controls);
+        EXPECT_EQ(AfxFindResourceHandle(id, version), shell.hModule);
+        const AfxManageState scope(&other);
+        EXPECT_EQ(AfxFindResourceHandle(id, version), controls.hModule) << "the module in force goes first";
+    }
+    EXPECT_EQ(AfxFindResourceHandle(id, version), AfxGetResourceHandle());
+
+    CString text("kept");
+    EXPECT_FALSE(AfxLoadString(9003, text));
+    EXPECT_STREQ(text, "kept");
+    EXPECT_TRUE(AfxLoadString(9002, text));
+    EXPECT_STREQ(text, "Accentué : é");
+    AFX_EXTENSION_MODULE own;
+    AfxInitExtensionModule(own, ::GetModuleHandleA(nullptr));
+    const CDynLinkLibrary entry(own);
+    const AfxManageState scope(&other);
+    EXPECT_TRUE(AfxLoadString(9002, text = "")) << "found behind the module in force";
+    AfxTermExtensionModule(own);
+    EXPECT_FALSE(AfxLoadString(9002, text));
+}
+
+TEST(WinApp, RunsUntilItsMainWindowIsGone) {
+    struct App : CWinApp {
+        int idle = 0;
+        HiddenParent window;
+        App() : CWinApp("essai") { m_pMainWnd = &window; }
+        BOOL OnIdle(LONG count) override {
+            if (++idle == 3) window.PostMessage(WM_CLOSE);
+            return count < 5;
+        }
+    };
+    CWinApp* const before = AfxGetApp();
+    {
+        App app;
+        EXPECT_EQ(AfxGetApp(), &app);
+        EXPECT_EQ(AfxWinMain(nullptr, nullptr, const_cast<char*>(""), SW_HIDE), 0);
+        EXPECT_GE(app.idle, 3);
+        EXPECT_EQ(app.m_pMainWnd, nullptr);
+        CWinApp library("library");
+        EXPECT_EQ(AfxGetApp(), &library);
+    }
+    EXPECT_EQ(AfxGetApp(), before);
+}
+
+/// A dialog that runs `script` as soon as it is shown.
+struct ScriptedDialog : CDialog {
+    ScriptedDialog() : CDialog(9001) {}
+    CString name = "é";
+    int number = 12, checked = 1;
+    CEdit edit;
+    std::function<void()> script;
+    void DoDataExchange(CDataExchange* exchange) override {
+        DDX_Control(exchange, 101, edit);
+        DDX_Text(exchange, 101, name);
+        DDX_Text(exchange, 102, number);
+        DDX_Check(exchange, 103, checked);
+    }
+    BOOL OnInitDialog() override {
+        CDialog::OnInitDialog();
+        PostMessage(WM_APP);
+        return TRUE;
+    }
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+        if (message == WM_APP) script();
+        return CDialog::WindowProc(message, wParam, lParam);
+    }
+};
+
+struct SilentPrompt : platform::Prompt {
+    std::string asked;
+    platform::Answer ask(unsigned, const char* text, const char*) override {
+        asked += text;
+        return platform::answerOk;
+    }
+};
+
+TEST(Dialog, ExchangesItsDataAndRefusesWhatIsNoNumber) {
+    SilentPrompt prompt;
+    const platform::Replaced replaced(platform::replacePrompt, prompt);
+    ScriptedDialog dialog;
+    CString shown;
+    dialog.script = [&] {
+        dialog.edit.GetWindowText(shown);
+        dialog.edit.SetWindowText("Désignation");
+        dialog.SetDlgItemText(102, "12 m");
+        dialog.SendMessage(WM_COMMAND, IDOK);
+        EXPECT_EQ(prompt.asked, "Entrez un nombre entier.");
+        dialog.SetDlgItemText(102, "-5 ");
+        ::CheckDlgButton(dialog, 103, BST_UNCHECKED);
+        dialog.SendMessage(WM_COMMAND, IDOK);
+    };
+    EXPECT_EQ(dialog.DoModal(), IDOK);
+    EXPECT_STREQ(shown, "é");
+    EXPECT_STREQ(dialog.name, "Désignation");
+    EXPECT_EQ(dialog.number, -5);
+    EXPECT_EQ(dialog.checked, 0);
+    EXPECT_EQ(dialog.m_hWnd, nullptr);
+
+    dialog.script = [&] { dialog.SendMessage(WM_COMMAND, IDCANCEL); };
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "it may be shown again";
+    EXPECT_EQ(CDialog(4242).DoModal(), -1) << "there is no such resource";
+    EXPECT_TRUE(dialog.Create());
+    dialog.ShowWindow(SW_SHOW);
+    dialog.EndDialog(0);
+    EXPECT_FALSE(dialog.IsWindowVisible());
+}
+
+TEST(Menu, OwnsWhatItHolds) {
+    CMenu menu;
+    ASSERT_TRUE(menu.CreatePopupMenu());
+    menu.AppendMenu(MF_STRING, 0x10000013, "Copier tout");
+    menu.AppendSeparator();
+    EXPECT_EQ(menu.GetMenuItemCount(), 2);
+    EXPECT_EQ(::GetMenuItemID(menu, 0), 0x10000013u);
+    const HMENU first = menu;
+    ASSERT_TRUE(menu.CreateMenu());
+    EXPECT_FALSE(::IsMenu(first));
+    const HMENU given = menu.Detach();
+    menu.DestroyMenu();
+    EXPECT_TRUE(::IsMenu(given));
+    ::DestroyMenu(given);
+}
+
+TEST(FileDialog, NamesOfTheChosenFile) {
+    struct Case {
+        const char *path, *name, *extension, *title;
+    };
+    for (const Case& each : {Case{"C:\\a.b\\Affaire.cht", "Affaire.cht", "cht", "Affaire"},
+                             {"C:\\a.b\\sans", "sans", "", "sans"},
+                             {"a.tar.gz", "a.tar.gz", "gz", "a.tar"}}) {
+        const CFileDialog dialog(true, "cht", each.path);
+        EXPECT_STREQ(dialog.GetPathName(), each.path);
+        EXPECT_STREQ(dialog.GetFileName(), each.name);
+        EXPECT_STREQ(dialog.GetFileExt(), each.extension);
+        EXPECT_STREQ(dialog.GetFileTitle(), each.title);
+    }
+}
+
+TEST(FileDialog, AnswersWhatTheUserChose) {
+    const auto press = [](WORD button) {
+        static WORD pressed;
+        pressed = button;
+        ::SetTimer(nullptr, 0, 200, [](HWND, UINT, UINT_PTR id, DWORD) {
+            const HWND dialog = ::FindWindowA("#32770", nullptr);
+            if (dialog == nullptr) return;
+            ::KillTimer(nullptr, id);
+            ::PostMessageA(dialog, WM_COMMAND, pressed, 0);
+        });
+    };
+    CFileDialog dialog(false, "cht", "C:\\windows\\nouveau", OFN_OVERWRITEPROMPT,
+                       "Chantiers (*.cht)|*.cht||");
+    press(IDOK);
+    EXPECT_EQ(dialog.DoModal(), IDOK);
+    EXPECT_STREQ(dialog.GetPathName(), "C:\\windows\\nouveau.cht");
+    press(IDCANCEL);
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+}
+
+}  // namespace
