@@ -3,9 +3,11 @@
 #include <vector>
 
 #include <dorsel/globals.h>
+#include <dorsel/paths.h>
 #include <kestra/controls/listing.h>
 #include <kestra/controls/listing_clipboard.h>
 #include <kestra/controls/lra_list_ctrl.h>
+#include <kestra/project/chantier.h>
 #include <kestra/text/current_date.h>
 #include <platform/machine.h>
 
@@ -74,6 +76,8 @@ listing::PageValues pageValues() {
     listing::PageValues values;
     values.date = GetCurDate().view();
     values.society = vfVar.society;
+    values.affair = DOS::GetPName(chtdef.m_cheminCht, "N");
+    values.service = chtdef.m_service.view();
     values.computer = platform::theMachine().computerName();
     return values;
 }

@@ -31,10 +31,10 @@ constexpr MenuEntry sortEntries[] = {
 constexpr MenuEntry columnEntries[] = {{chooseColumns, "Choisir les colonnes"},
                                        {showAll, "Afficher toutes les colonnes"}};
 
-/// The platform's test counts rows only; some platforms answer "above" over the header, where the column is
-/// known all the same.
+/// The platform's test is about rows; over the header some platforms find none, or only "above", where the
+/// column is known all the same.
 void completeOverHeader(const CHeaderCtrl& header, const POINT& screen, LVHITTESTINFO& hit) {
-    if ((hit.flags & LVHT_ABOVE) == 0) return;
+    if ((hit.flags & LVHT_ONITEMLABEL) != 0) return;
     HDHITTESTINFO place = {};
     place.pt = screen;
     header.ScreenToClient(&place.pt);
