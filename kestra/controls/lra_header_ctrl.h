@@ -13,7 +13,7 @@ class CLraListCtrl;
 /// - captions are drawn here only for items with HDF_OWNERDRAW (`SetOwnerDraw`; the list's `InsertColumn`
 ///   sets it for its columns);
 /// - the height is computed at the first layout request and never again by itself: call `CalculHeight` when
-///   captions have changed;
+///   captions have changed (the list's `InsertColumn` does it for a caption with more lines);
 /// - the header of a list releases a column's record when its item is deleted, when the window is destroyed
 ///   and when this object goes before the window.
 /// Captions are Windows-1252, items count from 0 in the order of the columns, sizes are pixels. Every

@@ -1,6 +1,7 @@
 #include <kestra/controls/lra_list_ctrl.h>
 
 #include <algorithm>
+#include <string_view>
 
 #include <kestra/controls/column_record.h>
 #include <platform/prompt.h>
@@ -163,6 +164,7 @@ CLraListCtrl::LraListColum* CLraListCtrl::InsertColumn(int col, const char* head
     const int inserted = CListCtrl::InsertColumn(col, column);
     if (col < 0 || inserted < 0) return nullptr;
     drawCaptionOurselves(inserted);
+    makeRoomForCaption(column.pszText);
 
     // Kept: the record is that of the index asked for, even where the platform chose another one.
     LraListColum* const record = GetMyListHeader(col);
@@ -184,6 +186,15 @@ void CLraListCtrl::drawCaptionOurselves(int item) {
     if (!m_HeaderCtrl.GetItem(item, format) || (format.fmt & HDF_OWNERDRAW) != 0) return;
     format.fmt = (format.fmt & ~HDF_IMAGE) | HDF_OWNERDRAW;
     m_HeaderCtrl.SetItem(item, format);
+}
+
+/// A caption of more lines than the header was laid out for makes it higher.
+void CLraListCtrl::makeRoomForCaption(const char* caption) {
+    const std::string_view text(caption);
+    if (1 + std::count(text.begin(), text.end(), '\n') <= m_HeaderCtrl.m_nLines) return;
+    m_HeaderCtrl.CalculHeight();
+    const CRect client = GetClientRect();
+    SendMessage(WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.Width(), client.Height()));
 }
 
 int CLraListCtrl::DeleteColumn(int col) {

@@ -109,8 +109,8 @@ class KESTRA_API CLraListCtrl : public CListCtrl {
     /// than the height of row 0 when there is one.
     virtual int SetItemHeight(int height);
     virtual int ItemHeight();
-    /// Adds a column; `format` holds LVCFMT_ bits, `width` -1 leaves the width to the platform. Returns its
-    /// record, null on failure.
+    /// Adds a column; `format` holds LVCFMT_ bits, `width` -1 leaves the width to the platform; a caption
+    /// with more lines than those before makes the header higher. Returns its record, null on failure.
     virtual LraListColum* InsertColumn(int col, const char* heading, int format, int width, int typeData,
                                        int param);
     /// Destroys a column's record and the column; returns the platform's answer.
@@ -122,9 +122,9 @@ class KESTRA_API CLraListCtrl : public CListCtrl {
     /// Shows a column at a width (its low 16 bits), or hides it: a negative width says how wide to show it
     /// again, 0 leaves that as it was. Returns the width remembered.
     virtual int SetColumnWidth(int col, int width);
-    /// Writes the list as an HTML document and opens it; see list_export.cpp.
-    /// `fileName` null or empty: a file in C:\TEMP named after the layout. `text` is printed under every page
-    /// header and comes back as HTML. `flags`: 1 only selected or focused rows, 2 no file: the document
+    /// Writes the list as a paged HTML document (`listing.h`) and opens it with the shell.
+    /// `fileName` null or empty: a file in "C:\TEMP" named after the layout. `text` is printed under every
+    /// page header and comes back as HTML. `flags`: 1 only selected or focused rows, 2 no file: the document
     /// comes back in `text`. Returns the number of rows written.
     virtual int PrintToHtml(const char* fileName, int linesPerPage, CString& text, int flags);
     /// Puts the list on the clipboard as tab-separated text and as HTML. `flags`: 1 only selected or focused
@@ -161,6 +161,7 @@ class KESTRA_API CLraListCtrl : public CListCtrl {
     int widestCell(int col);
     bool numberRows();
     void drawCaptionOurselves(int item);
+    void makeRoomForCaption(const char* caption);
     void releaseHeightImages();
     void drawCell(HDC dc, int row, int col, const RECT& rect);
 

@@ -3,6 +3,7 @@
 
 /// Run-time class name of a window object: what it is, known by name across modules.
 /// A class with one of its own declares
+///
 ///     static const CRuntimeClass runtimeClass;
 ///     const CRuntimeClass* GetRuntimeClass() const override { return &runtimeClass; }
 struct CRuntimeClass {

@@ -31,21 +31,27 @@ bool isInputMethodWindow(HWND window) {
     return (::GetClassLongA(window, GCL_STYLE) & CS_IME) != 0;
 }
 
-/// The child window that a message to its parent is about, null when it is about none.
-HWND childConcerned(HWND parent, UINT message, WPARAM wParam, LPARAM lParam) {
+/// The child window that a message to its parent is about, null when it is about none (menus are drawn by
+/// the same messages; a list's header has the id 0).
+HWND childConcerned(HWND parent, UINT message, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:
             return reinterpret_cast<HWND>(lParam);
         case WM_NOTIFY:
             return reinterpret_cast<const NMHDR*>(lParam)->hwndFrom;
-        case WM_DRAWITEM:
-            return wParam != 0 ? reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)->hwndItem : nullptr;
+        case WM_DRAWITEM: {
+            const auto& draw = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+            return draw.CtlType != ODT_MENU ? draw.hwndItem : nullptr;
+        }
+        case WM_MEASUREITEM: {
+            const auto& measure = *reinterpret_cast<const MEASUREITEMSTRUCT*>(lParam);
+            return measure.CtlType != ODT_MENU ? ::GetDlgItem(parent, static_cast<int>(measure.CtlID))
+                                               : nullptr;
+        }
         case WM_COMPAREITEM:
             return reinterpret_cast<const COMPAREITEMSTRUCT*>(lParam)->hwndItem;
         case WM_DELETEITEM:
             return reinterpret_cast<const DELETEITEMSTRUCT*>(lParam)->hwndItem;
-        case WM_MEASUREITEM:
-            return wParam != 0 ? ::GetDlgItem(parent, static_cast<int>(wParam)) : nullptr;
         default:
             return nullptr;
     }
@@ -208,7 +214,7 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_MEASUREITEM:
         case WM_COMPAREITEM:
         case WM_DELETEITEM:
-            if (CWnd* const child = FromHandlePermanent(childConcerned(m_hWnd, message, wParam, lParam));
+            if (CWnd* const child = FromHandlePermanent(childConcerned(m_hWnd, message, lParam));
                 child != nullptr && child->OnChildNotify(message, wParam, lParam, &result)) {
                 return result;
             }
@@ -225,12 +231,12 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 
 BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam) {
     LRESULT result = 0;
-    CWnd* const child = FromHandlePermanent(childConcerned(m_hWnd, WM_COMMAND, wParam, lParam));
+    CWnd* const child = FromHandlePermanent(childConcerned(m_hWnd, WM_COMMAND, lParam));
     return child != nullptr && child->OnChildNotify(WM_COMMAND, wParam, lParam, &result);
 }
 
 BOOL CWnd::OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* result) {
-    CWnd* const child = FromHandlePermanent(childConcerned(m_hWnd, WM_NOTIFY, wParam, lParam));
+    CWnd* const child = FromHandlePermanent(childConcerned(m_hWnd, WM_NOTIFY, lParam));
     return child != nullptr && child->OnChildNotify(WM_NOTIFY, wParam, lParam, result);
 }
 

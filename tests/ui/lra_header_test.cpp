@@ -54,9 +54,7 @@ TEST_F(LraHeader, LayoutAddsTheTopToTheHeightAndComputesItOnce) {
 
 TEST_F(LraHeader, TheListIsLaidOutBelowATallHeader) {
     EXPECT_EQ(list.GetWindowRect().Height(), 200) << "the header's layout leaves the list alone";
-    header.SetItemText(0, "two\nlines");
-    header.CalculHeight();
-    list.MoveWindow({0, 0, 400, 180});
+    list.InsertColumn(3, "two\nlines", 0, 50, 0, 0);
     list.addRow({"a"});
     CRect row;
     list.GetItemRect(0, row, LVIR_BOUNDS);
@@ -87,11 +85,12 @@ class DrawnCaption : public CMemoryDC {
         FillSolidRect({0, 0, width, 20}, RGB(255, 0, 255));
         list.m_HeaderCtrl.m_SortCol = sortState;
         DRAWITEMSTRUCT draw = {};
+        draw.CtlType = ODT_HEADER;
         draw.hwndItem = list.m_HeaderCtrl;
         draw.itemID = 1;
         draw.hDC = m_hDC;
         draw.rcItem = {0, 0, width, 20};
-        list.SendMessage(WM_DRAWITEM, 0x7777, reinterpret_cast<LPARAM>(&draw));
+        list.SendMessage(WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&draw));
     }
     bool is(LONG x, LONG y, int color) const { return GetPixel(x, y) == ::GetSysColor(color); }
     bool operator==(const DrawnCaption& other) const {
@@ -118,6 +117,12 @@ TEST_F(LraHeader, OwnerDrawnCaptionHasAButtonATextAndAnArrow) {
     EXPECT_TRUE(descending.is(right - 9, bottom - 6, COLOR_3DDKSHADOW));
     EXPECT_EQ(DrawnCaption(list, 1, width), plain) << "another column is sorted";
     EXPECT_EQ(DrawnCaption(list, 2, 14), DrawnCaption(list, 0, 14)) << "no room for an arrow";
+    header.m_SortCol = 2;
+    CMemoryDC whole({180, 30});
+    header.SendMessage(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(whole.m_hDC), PRF_CLIENT);
+    const CRect caption = header.GetItemRect(1);
+    EXPECT_EQ(whole.GetPixel(caption.right - 13, caption.top + 2), ::GetSysColor(COLOR_3DDKSHADOW))
+        << "the platform's own painting asks for the caption";
     header.SetItemText(1, "Wide");
     EXPECT_FALSE(DrawnCaption(list, 0, width) == plain);
 }
