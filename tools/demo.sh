@@ -12,15 +12,16 @@ running=()
 trap 'kill "${running[@]}" 2>/dev/null || true' EXIT
 
 exec {display_pipe}<> <(:)
-Xvfb -displayfd 3 -screen 0 860x580x24 -nolisten tcp >/dev/null 2>&1 3>&"$display_pipe" &
+Xvfb -displayfd 3 -screen 0 860x530x24 -nolisten tcp >/dev/null 2>&1 3>&"$display_pipe" &
 running+=($!)
 read -r -t 20 -u "$display_pipe" number
-export DISPLAY=:$number KESTRA_WINE_DRIVER=x11 KESTRA_LOCAL KESTRA_NETWORK
-KESTRA_LOCAL=$(windows_path "$PWD/samples/")
-KESTRA_NETWORK=$KESTRA_LOCAL
+export DISPLAY=:$number KESTRA_WINE_DRIVER=x11 KESTRA_LOCAL=S:\\ KESTRA_NETWORK=S:\\
+tools/wine.sh cmd /c exit
+ln -sfn "$PWD/samples" build/wine-x11/dosdevices/s:
 
-tools/wine.sh build/windows/bin/kestra_demo.exe --demo "$(windows_path "$PWD/samples/saint-alvere.cht")" \
-    "$(windows_path "$PWD/out/")" &
+# A desktop of Wine's own gives the window its frame; it ends with the host.
+tools/wine.sh explorer /desktop=kestra,860x530 "$(windows_path "$PWD/build/windows/bin/kestra_demo.exe")" \
+    --demo 'S:\saint-alvere.cht' "$(windows_path "$PWD/out/")" &
 host=$!
 running+=("$host")
 
@@ -32,8 +33,7 @@ for ((i = 0; i < 1200; i++)); do
 done
 [ -e out/fenetre.prete ] && import -window root out/window.png
 rm -f out/fenetre.prete
-status=0
-wait "$host" || status=$?
+wait "$host" || true
 
 # The page declares no character set, as a page from the disk of a French Windows has it; what Chromium shows here is a
 # copy that names Windows-1252.
@@ -46,4 +46,4 @@ rm -rf "$profile"
 
 cat out/rapport.txt
 ls -l out
-exit "$status"
+[ "$(grep -c '^ok ' out/rapport.txt)" -eq 10 ]

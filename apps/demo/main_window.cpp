@@ -11,7 +11,7 @@ enum Command : UINT { openProject = 100, printList, copyList, quit };
 
 constexpr UINT listId = 1;
 constexpr int linesPerPage = 60;
-constexpr RECT startPlace = {60, 40, 760, 500};
+constexpr RECT startPlace = {30, 25, 830, 505};
 
 /// Menu bar; the window takes it over.
 HMENU makeMenu() {
