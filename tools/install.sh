@@ -3,13 +3,14 @@
 # Needs root (or sudo) only when something is missing.
 set -euo pipefail
 
-build="git make cmake ninja-build g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
+# Configuring wants the libraries of the tests and benchmarks too.
+build="git make cmake ninja-build libgtest-dev googletest libfmt-dev g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
 declare -A packages=(
     [build]="$build"
-    [test]="$build libgtest-dev googletest wine wine64 clang-14 clang-format-14 libclang-rt-14-dev"
+    [test]="$build wine wine64 clang-14 clang-format-14 libclang-rt-14-dev"
     [fuzz]="$build clang-14 libclang-rt-14-dev"
     [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation fonts-wine"
-    [bench]="$build wine wine64 libfmt-dev"
+    [bench]="$build wine wine64"
     [docs]="doxygen graphviz"
     [lint]="$build python3 clang-14 clang-format-14 clang-tidy-14"
 )
