@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <functional>
+#include <string>
 #include <vector>
 
 /// One workload timed beside its peer in the same run: the two take turns, so that both see the machine's
@@ -52,6 +54,37 @@ void sideBySide(const char* name, double limit, auto&& ours, const char* peer, a
         peerTimes.push_back(milliseconds(theirs));
     }
     printLine(name, median(oursTimes), peer, median(peerTimes), "ms", limit);
+}
+
+/// One of several that do the same work: `before` is not timed.
+struct Contender {
+    const char* name;
+    std::function<void()> work;
+    std::function<void()> before = [] {};
+};
+
+/// Times ours and several peers in turn and compares with the best of the peers; without any it prints ours.
+inline void againstBest(const char* name, double limit, Contender ours, std::vector<Contender> peers,
+                        int rounds = 9) {
+    peers.insert(peers.begin(), std::move(ours));
+    std::vector<std::vector<double>> times(peers.size());
+    for (int round = 0; round <= rounds; ++round) {
+        for (std::size_t i = 0; i < peers.size(); ++i) {
+            peers[i].before();
+            const double time = milliseconds(peers[i].work);
+            if (round > 0) times[i].push_back(time);
+        }
+    }
+    std::vector<double> medians;
+    for (const auto& series : times) medians.push_back(median(series));
+    if (peers.size() == 1) {
+        std::printf("%-56s %10.3f ms\n", name, medians[0]);
+        std::fflush(stdout);
+        return;
+    }
+    const auto best = std::min_element(medians.begin() + 1, medians.end()) - medians.begin();
+    printLine(name, medians[0], peers[static_cast<std::size_t>(best)].name,
+              medians[static_cast<std::size_t>(best)], "ms", limit);
 }
 
 }  // namespace bench

@@ -11,6 +11,7 @@ declare -A packages=(
     [fuzz]="$build clang-14 libclang-rt-14-dev"
     [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation fonts-wine"
     [bench]="$build wine wine64"
+    [bench]="$build wine wine64 libabsl-dev libjudy-dev"
     [docs]="doxygen graphviz"
     [lint]="$build python3 clang-14 clang-format-14 clang-tidy-14"
 )

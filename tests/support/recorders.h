@@ -33,9 +33,11 @@ class RecordingMachine : public platform::Machine {
 class RecordingPrompt : public platform::Prompt {
   public:
     platform::Answer ask(unsigned style, const char* text, const char*) override {
+        styles.push_back(style);
         texts.push_back(text);
         return platform::neutralAnswer(style);
     }
+    std::vector<unsigned> styles;
     std::vector<std::string> texts;
 };
 

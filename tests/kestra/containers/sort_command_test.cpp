@@ -1,0 +1,62 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include <apps/kestra/command.h>
+#include "../../support/temporary_folder.h"
+
+namespace {
+
+class KeptTerminal : public Terminal {
+  public:
+    void output(std::string_view text) override { out += text; }
+    void error(std::string_view text) override { err += text; }
+    bool errorIsWatched() const override { return true; }
+    std::string out, err;
+};
+
+TEST(SortCommand, AnswersWithTextsAndExitCodes) {
+    const TemporaryFolder folder;
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(std::filesystem::temp_directory_path());
+    const std::string file = folder.path("lignes.txt");
+    const struct {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char *out, *err;  ///< texts that must occur; empty: nothing written
+    } cases[] = {
+        {{}, exitUsage, "", "Usage : kestra COMMANDE"},
+        {{"--help"}, exitDone, "trie les lignes", ""},
+        {{"autre"}, exitUsage, "", "commande inconnue « autre »"},
+        {{"sort", "--help"}, exitDone, "--unique", ""},
+        {{"sort"}, exitUsage, "", "il manque le fichier"},
+        {{"sort", file, "--vite"}, exitUsage, "", "option inconnue « --vite »"},
+        {{"sort", file, "b"}, exitUsage, "", "« b » est de trop"},
+        {{"sort", "--", "--absent"}, exitFailed, "", "« --absent » : fichier non trouvé ou vide"},
+        {{"sort", file, "--descending", "--unique"}, exitDone, "Eliminé : aaa\nEliminé : aaa\n", ""},
+        {{"sort", file}, exitDone, "2 lignes conservées\n", ""},
+    };
+    folder.write("lignes.txt", "aaa\r\naaa\r\nzzz\r\naaa\r\n");
+    for (const auto& c : cases) {
+        KeptTerminal terminal;
+        EXPECT_EQ(runHost(c.arguments, terminal), c.exitCode);
+        EXPECT_NE(terminal.out.find(c.out), std::string::npos) << terminal.out;
+        EXPECT_NE(terminal.err.find(c.err), std::string::npos) << terminal.err;
+        EXPECT_EQ(terminal.out.empty(), *c.out == '\0') << terminal.out;
+        EXPECT_EQ(terminal.err.empty(), *c.err == '\0') << terminal.err;
+    }
+    EXPECT_EQ(folder.read("lignes.txt"), "aaa\r\nzzz\r\n");
+    std::filesystem::remove(".bak");
+    std::filesystem::current_path(before);
+}
+
+TEST(SortCommand, ALargeFileShowsItsProgress) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("grand.txt", std::string(50'000'001, 'x'));
+    KeptTerminal terminal;
+    EXPECT_EQ(runHost(std::vector<std::string>{"sort", file}, terminal), exitDone);
+    EXPECT_NE(terminal.err.find("\rTri : 100 %"), std::string::npos);
+    EXPECT_EQ(terminal.out, file + " : 1 ligne conservée, fichier inchangé\n");
+}
+
+}  // namespace

@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+#include <stdexcept>
+#include <vector>
+
+#include <kestra/containers/tri.h>
+#include "../../support/containers_check.h"
+#include "../../support/recorders.h"
+
+namespace {
+
+std::vector<std::uint8_t> randomBytes(unsigned seed, std::size_t count) {
+    std::mt19937 random(seed);
+    std::vector<std::uint8_t> bytes(count);
+    for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random());
+    return bytes;
+}
+
+std::vector<int> integers(int count) {
+    std::vector<int> values;
+    for (int i = 0; i < count; ++i) values.push_back(i);
+    return values;
+}
+
+int throwsAtNegative(void* first, void* second, void*) {
+    if (*static_cast<int*>(second) < 0) throw std::runtime_error("no order");
+    return tri_fct_LONG(first, second, nullptr);
+}
+
+/// Answers that contradict each other.
+int inconsistent(void*, void*, void*) {
+    static std::mt19937 random(11);
+    return static_cast<int>(random() % 3) - 1;
+}
+
+std::vector<void*> walked(CTri& tri) {
+    std::vector<void*> elements;
+    for (void* e = tri.Next(CTri::FrontGuard()); e != nullptr; e = tri.Next()) elements.push_back(e);
+    return elements;
+}
+
+TEST(Tri, AgreesWithAModelAfterEachStepOfRandomRuns) {
+    for (unsigned seed = 1; seed <= 40; ++seed)
+        ASSERT_STREQ(checkTri(randomBytes(seed, 1200)), nullptr) << "seed " << seed;
+}
+
+TEST(Tri, SplitsAreBiasedTowardTheInsertion) {
+    auto values = integers(129);
+    CTri ascending(tri_fct_LONG), descending(tri_fct_LONG);
+    for (int& value : values) ascending.Insert(&value, 0, 1);
+    for (int i = 128; i >= 0; --i) descending.Insert(&values[static_cast<std::size_t>(i)], 0, 1);
+    const auto counts = [](const CTri& tri) {
+        const TriNode* root = tri.root();
+        EXPECT_EQ(root->kind, TriNode::inner);
+        std::vector<int> found;
+        for (int i = 0; i < root->count; ++i)
+            found.push_back(static_cast<const TriNode*>(root->entries[i])->count);
+        return found;
+    };
+    EXPECT_EQ(counts(ascending), (std::vector<int>{96, 33}));
+    EXPECT_EQ(counts(descending), (std::vector<int>{33, 96}));
+}
+
+TEST(Tri, HoldsThroughInnerSplitsAndNearlyEmptyLeaves) {
+    auto values = integers(40000);
+    CTri tri(tri_fct_LONG);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        ASSERT_EQ(tri.Insert(&values[i * 7919 % values.size()], 1, 1), &values[i * 7919 % values.size()]);
+    ASSERT_STREQ(tri.verify(), nullptr);
+    for (int& value : values) ASSERT_EQ(value % 60 == 0 ? 1 : tri.Erase(&value), 1);
+    ASSERT_STREQ(tri.verify(), nullptr);
+    for (int& value : values) {
+        const int greater = (value + 59) / 60 * 60;
+        auto* const found = static_cast<int*>(tri.Find(&value, 1));
+        ASSERT_EQ(found != nullptr ? *found : 40020, greater);
+    }
+    for (int& value : values)
+        if (value % 60 != 0) tri.Insert(&value, 1, 1);
+    ASSERT_STREQ(tri.verify(), nullptr);
+    EXPECT_EQ(tri.Clear(), 40000);
+}
+
+TEST(Tri, AComparisonThatThrowsChangesNothingAndLeavesNoCurrentElement) {
+    auto values = integers(300);
+    CTri tri(throwsAtNegative);
+    for (int& value : values) tri.Insert(&value, 0, 1);
+    int bad = -1;
+    const auto failing = {0, 1, 2, 3, 4};
+    for (int operation : failing) {
+        tri.Find(&values[5], 0);
+        void* result = &bad;
+        switch (operation) {
+            case 0:
+                result = tri.Insert(&bad, 0, 1);
+                break;
+            case 1:
+                result = tri.Find(&bad, 1);
+                break;
+            case 2:
+                result = tri.FindPtr(&bad);
+                break;
+            case 3:
+                result = tri.Next(&bad);
+                break;
+            case 4:
+                result = tri.Erase(&bad) != 0 ? &bad : nullptr;
+                break;
+        }
+        EXPECT_EQ(result, nullptr) << operation;
+        EXPECT_EQ(tri.GetCurrent(), nullptr) << operation;
+        EXPECT_STREQ(tri.verify(), nullptr) << operation;
+    }
+    EXPECT_EQ(tri.GetCount(), 300);
+}
+
+TEST(Tri, AnInconsistentComparisonLosesNoElement) {
+    auto values = integers(3000);
+    CTri tri(inconsistent);
+    std::vector<void*> expected;
+    for (int& value : values)
+        if (tri.Insert(&value, 0, value % 3 - 1) != nullptr) expected.push_back(&value);
+    for (std::size_t i = 0; i < expected.size(); i += 2) {
+        if (tri.Erase(expected[i]) == 1) expected[i] = nullptr;
+        tri.Find(expected[i + 1], static_cast<int>(i % 5) - 2);
+    }
+    std::erase(expected, nullptr);
+    auto held = walked(tri);
+    std::sort(held.begin(), held.end());
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(held, expected);
+}
+
+TEST(Tri, TheWildcardFindsTheFirstOrTheLastElement) {
+    char texts[][2] = {"a", "b", "c"};
+    CTri tri;
+    for (auto& text : texts) tri.Insert(text, 0, 1);
+    void* const wildcard = reinterpret_cast<void*>(~std::uintptr_t{1});
+    EXPECT_EQ(tri.Find(wildcard, 0), texts[0]);
+    EXPECT_EQ(tri.Find(wildcard, 1), texts[2]);
+}
+
+TEST(Tri, SetFuncFindsARowInAnyCaseAndReportsAMissingOne) {
+    RecordingPrompt prompt;
+    const platform::Replaced shown(platform::replacePrompt, prompt);
+    CTri tri;
+    EXPECT_EQ(tri.SetFunc("texte_inv", FonctionsTriGeneral), 1);
+    EXPECT_EQ(tri.GetFunc(), triFctTexteInv);
+    EXPECT_EQ(tri.SetFunc(nullptr, FonctionsTriGeneral) + tri.SetFunc("", FonctionsTriGeneral) +
+                  tri.SetFunc("LONG", nullptr),
+              0);
+    EXPECT_TRUE(prompt.texts.empty());
+    EXPECT_EQ(tri.SetFunc("AUTRE", FonctionsTriGeneral), 0);
+    EXPECT_EQ(prompt.texts, std::vector<std::string>{"Fonction Tri :AUTRE NON Trouvée Voir TREMBOLE "});
+    EXPECT_EQ(prompt.styles, std::vector<unsigned>{16});
+}
+
+TEST(Tri, AnEmptyNodeIsReported) {
+    RecordingPrompt prompt;
+    const platform::Replaced shown(platform::replacePrompt, prompt);
+    int value = 1;
+    CTri tri(tri_fct_LONG);
+    tri.Insert(&value, 0, 1);
+    const_cast<TriNode*>(tri.root())->count = 0;
+    EXPECT_EQ(tri.Find(&value, 0), nullptr);
+    EXPECT_EQ(prompt.texts, std::vector<std::string>{"erreure Ligne Tri Vide"});
+}
+
+TEST(Tri, ACopySharesTheNodesAndAHeaderIsTornDownOnce) {
+    int value = 1;
+    alignas(CTri) char place[sizeof(CTri)];
+    CTri* const tri = new (place) CTri(tri_fct_LONG);
+    tri->Insert(&value, 0, 1);
+    alignas(CTri) char copyPlace[sizeof(CTri)];
+    CTri* const copy = new (copyPlace) CTri(*tri);
+    EXPECT_EQ(copy->root(), tri->root());
+    EXPECT_EQ(copy->Find(&value, 0), &value);
+    tri->~CTri();
+    std::memcpy(copyPlace, place, sizeof place);
+    copy->~CTri();  // A torn-down header has no mark: its nodes are not freed again.
+}
+
+}  // namespace
