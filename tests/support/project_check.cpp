@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
 #include <kestra/project/variable_list.h>
 #include <platform/cp1252.h>
 #include <platform/replaceable.h>
 
 #include "memory_files.h"
-#include "project_reference.h"
 
 namespace {
 
@@ -19,17 +17,6 @@ constexpr const char* name = "V";
 bool isVariable(const ReferenceLine& line) {
     const std::string text = platform::upperCased1252(line.text);
     return text.starts_with("$VARCHT;V;") || text == "$VARCHT;V";
-}
-
-bool linesAgree(Cchantier& project, const std::vector<ReferenceLine>& expected) {
-    char* line = nullptr;
-    project.Open();
-    for (const ReferenceLine& reference : expected) {
-        const std::int64_t offset = project.m_fp->tell();
-        const int pieces = project.Lisligne(line);
-        if (ReferenceLine{line, offset, pieces} != reference) return false;
-    }
-    return project.Lisligne(line) == 0;
 }
 
 bool searchAgrees(Cchantier& project, const std::vector<ReferenceLine>& expected) {
@@ -62,6 +49,17 @@ bool lookupAgrees(Cchantier& project, const std::vector<ReferenceLine>& own, std
 
 }  // namespace
 
+std::vector<ReferenceLine> readLines(Cchantier& project) {
+    std::vector<ReferenceLine> lines;
+    if (project.Open() == nullptr) return lines;
+    for (char* line = nullptr;;) {
+        const std::int64_t offset = project.m_fp->tell();
+        const int pieces = project.Lisligne(line);
+        if (pieces == 0) return lines;
+        lines.push_back({line, offset, pieces});
+    }
+}
+
 bool projectAnswersByTheRules(std::string_view content, std::string_view included) {
     MemoryFiles files;
     const platform::Replaced<platform::FileSystem> inForce(platform::replaceFiles, files);
@@ -73,6 +71,6 @@ bool projectAnswersByTheRules(std::string_view content, std::string_view include
     CStringArray out;
     const int all = VisitVariables(project, [](const ProjectVariable&) { return true; });
     const int found = project.Getvar(section, "V*", 3, out);
-    return found <= all && out.GetSize() <= 3 * found && linesAgree(project, own) &&
+    return found <= all && out.GetSize() <= 3 * found && readLines(project) == own &&
            searchAgrees(project, own) && lookupAgrees(project, own, included);
 }

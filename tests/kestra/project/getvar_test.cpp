@@ -59,9 +59,6 @@ TEST_F(Getvar, ReturnsTheLinesOfTheFileItself) {
 }
 
 TEST_F(Getvar, ReadsIncludesBreadthFirstEachOnce) {
-    m_folder.write(
-        "a.cht",
-        "CHTIVAR;b\r\n$VARCHT;OWN;1\r\nchtivar;sub\\c.cht;\r\nCHTIVAR;a\r\nCHTIVAR;B\r\nCHTIVAR;missing\r\n");
     m_folder.write("b.cht", "$VARCHT;V;b1\r\nCHTIVAR;d\r\n$VARCHT;V;b2\r\nCHTIVAR;a.cht\r\n");
     m_folder.write("sub\\c.cht", "$VARCHT;V;..\\x\r\nCHTIVAR;" + m_folder.path("b.cht") + "\r\n");
     m_folder.write("d.cht", "$VARCHT;W;d\r\nCHTIVAR;b\r\nCHTIVAR;d\r\n$VARCHT;OWN;2\r\n");
