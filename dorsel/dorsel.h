@@ -1,5 +1,7 @@
 #pragma once
 /// All of the base library.
+#include <dorsel/geodesy/alti_convert.h>
+#include <dorsel/geodesy/projection.h>
 #include <dorsel/globals.h>
 #include <dorsel/paths.h>
 #include <dorsel/settings.h>

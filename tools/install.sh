@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Installs what is missing of what a task needs:  tools/install.sh build|test|demo|bench|docs|lint ...
+# Installs what is missing of what a task needs:  tools/install.sh build|test|demo|bench|proj|docs|lint ...
 # Needs root (or sudo) only when something is missing.
 set -euo pipefail
 
 # Configuring wants the libraries of the tests and benchmarks too.
-build="git make cmake ninja-build libgtest-dev googletest libfmt-dev g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
+build="git make cmake ninja-build libgtest-dev googletest libfmt-dev libproj-dev proj-bin g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
 declare -A packages=(
     [build]="$build"
     [test]="$build wine wine64 clang-14 clang-format-14 libclang-rt-14-dev"
@@ -12,6 +12,7 @@ declare -A packages=(
     [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation fonts-wine"
     [bench]="$build wine wine64"
     [bench]="$build wine wine64 libabsl-dev libjudy-dev"
+    [proj]="$build proj-bin python3"
     [docs]="doxygen graphviz"
     [lint]="$build python3 clang-14 clang-format-14 clang-tidy-14"
 )

@@ -30,6 +30,8 @@ struct Command {
     int (*run)(Arguments arguments, Terminal& terminal);
 };
 
+extern const Command convertCommand;
+extern const Command projectionsCommand;
 extern const Command sortCommand;
 
 /// Runs the command that the arguments name, or the host's own `--help`; returns the exit code.

@@ -4,7 +4,7 @@
 
 namespace {
 
-const Command* const commands[] = {&sortCommand};
+const Command* const commands[] = {&convertCommand, &projectionsCommand, &sortCommand};
 
 bool isHelp(std::string_view argument) {
     return argument == "--help" || argument == "-h";
@@ -18,8 +18,9 @@ std::string hostHelp() {
         name.resize(std::max(name.size() + 1, summaryColumn), ' ');
         text += "  " + name + std::string(command->summary) + '\n';
     }
-    return text + "\n« kestra COMMANDE --help » explique une commande.\n"
-                  "Code de retour : 0 réussite, 1 échec, 2 ligne de commande incorrecte.\n";
+    return text +
+           "\n« kestra COMMANDE --help » explique une commande.\n"
+           "Code de retour : 0 réussite, 1 échec, 2 ligne de commande incorrecte.\n";
 }
 
 /// The command asks for its help text; what stands behind "--" is no option.
@@ -45,9 +46,9 @@ int runHost(Arguments arguments, Terminal& terminal) {
         terminal.output(hostHelp());
         return exitDone;
     }
-    const auto* const found = std::find_if(std::begin(commands), std::end(commands), [&](const Command* command) {
-        return command->name == arguments.front();
-    });
+    const auto* const found =
+        std::find_if(std::begin(commands), std::end(commands),
+                     [&](const Command* command) { return command->name == arguments.front(); });
     if (found == std::end(commands)) {
         terminal.error("kestra : commande inconnue « " + arguments.front() + " »\nVoir « kestra --help ».\n");
         return exitUsage;

@@ -18,12 +18,18 @@ struct SortArguments {
 std::string readArguments(Arguments arguments, SortArguments& wanted) {
     bool options = true;
     for (const std::string& argument : arguments) {
-        if (options && argument == "--") options = false;
-        else if (options && argument == "--descending") wanted.descending = true;
-        else if (options && argument == "--unique") wanted.unique = true;
-        else if (options && argument.starts_with("-")) return "option inconnue « " + argument + " »";
-        else if (!wanted.file.empty()) return "un seul fichier à la fois, « " + argument + " » est de trop";
-        else wanted.file = argument;
+        if (options && argument == "--")
+            options = false;
+        else if (options && argument == "--descending")
+            wanted.descending = true;
+        else if (options && argument == "--unique")
+            wanted.unique = true;
+        else if (options && argument.starts_with("-"))
+            return "option inconnue « " + argument + " »";
+        else if (!wanted.file.empty())
+            return "un seul fichier à la fois, « " + argument + " » est de trop";
+        else
+            wanted.file = argument;
     }
     return wanted.file.empty() ? "il manque le fichier à trier" : "";
 }
@@ -59,7 +65,8 @@ std::string_view failureText(kestra::LineSortOutcome outcome) {
 }
 
 std::string counted(std::int64_t count, std::string_view what) {
-    return std::to_string(count) + (count < 2 ? " ligne " : " lignes ") + std::string(what) + (count < 2 ? "" : "s");
+    return std::to_string(count) + (count < 2 ? " ligne " : " lignes ") + std::string(what) +
+           (count < 2 ? "" : "s");
 }
 
 int report(const std::string& file, const kestra::LineSortResult& result, Terminal& terminal) {

@@ -7,6 +7,10 @@
 #include <platform/export.h>
 #include <platform/stream.h>
 
+class CComboBox;
+class CtesProj;
+class Ellipsoide;
+
 /// A project ("chantier"): one ".cht" file, its lines, and the variables that they hold.
 ///
 /// The file. Windows-1252 text, lines ended by LF or CR LF. A physical line has at most 4,998 bytes, its LF
@@ -86,6 +90,32 @@ class KESTRA_API Cchantier {
     /// any object, and unchanged when the result is 0.
     int Getvar(char*& joined, const char* section, const char* name, int maxFields,
                CDWordArray* starts = nullptr);
+
+    // Coordinate conversions. Points are arrays of three numbers: X and Y (metres) or longitude and latitude
+    // (decimal degrees from Greenwich), and the height (metres). They are converted in place, and untouched,
+    // with `scale`, when the result is 0. A null projection stands for the project's. `scale`, when given,
+    // receives the scale factor of the projection at the point.
+
+    /// Geographic to plane; the height stays. 1, or 0 without point or projection and where the projection
+    /// fails.
+    int GeoToXYZ(double* point, const CtesProj* projection, double* scale) const;
+    /// Plane to geographic, the same way. Where the project's projection asks for a zone it is the point's.
+    int XYZToGeo(double* point, const CtesProj* projection, double* scale) const;
+    /// From one projection to another, the datum with it; the height is used and stays. One of the two may be
+    /// null: the project's projection. 0 with both null, without the datum of either, and where a step fails;
+    /// 1 with the point as it was, and `scale` untouched, when both are the same.
+    int Lambert(double* point, const CtesProj* from, const CtesProj* to, double* scale) const;
+    /// The same for X and Y in whole metres, cut towards zero, at height 0; 0 also when they would not fit.
+    int Lambert(std::int32_t* point, const CtesProj* from, const CtesProj* to, double* scale) const;
+    /// A geographic point from one datum to another; a null one is GRS80 without a shift. 0, with the point
+    /// untouched, when both are the same object or the shift fails.
+    int DatumShift(double* point, const Ellipsoide* from, const Ellipsoide* to) const;
+    /// Scale factor at a plane point; 0 without projection and where there is none.
+    static double LambertScale(const double* point, const CtesProj* projection);
+    /// Fills a combo box that has fewer than 2 entries with the projections (`kestra::projectionChoices`) and
+    /// selects the entry that equals `selection` without regard to case. Returns its index, -1 when there is
+    /// none or no combo. Windows only (kestra/dialogs).
+    static int UpdateComboProjection(const char* selection, CComboBox* combo);
 
     CString m_cheminCht;  ///< project file as last set, not resolved
     CString m_service;    ///< service code under which the project is filed
