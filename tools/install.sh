@@ -13,6 +13,13 @@ declare -A packages=(
     [bench]="$build wine wine64"
     [bench]="$build wine wine64 libabsl-dev libjudy-dev"
     [proj]="$build proj-bin python3"
+build="git make cmake ninja-build libgtest-dev googletest libfmt-dev libssl-dev g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
+declare -A packages=(
+    [build]="$build"
+    [test]="$build wine wine64 clang-14 clang-format-14 libclang-rt-14-dev python3-aiosmtpd"
+    [fuzz]="$build clang-14 libclang-rt-14-dev"
+    [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation fonts-wine"
+    [bench]="$build wine wine64 curl"
     [docs]="doxygen graphviz"
     [lint]="$build python3 clang-14 clang-format-14 clang-tidy-14"
 )

@@ -44,10 +44,11 @@ run_check() {  # name command...
 
 export UBSAN_OPTIONS=print_stacktrace=1
 for preset in linux linux-asan; do
-    for program in dorsel_tests kestra_tests; do run_tests "$preset $program" "build/$preset/bin/$program"; done
+    run_tests "$preset dorsel_tests" "build/$preset/bin/dorsel_tests"
+    run_tests "$preset kestra_tests" tools/with_mail_server.sh "build/$preset/bin/kestra_tests"
 done
 for program in dorsel_tests kestra_tests kestra_ui_tests; do
-    run_tests "windows $program" tools/wine.sh "build/windows/bin/$program.exe"
+    run_tests "windows $program" tools/with_mail_server.sh tools/wine.sh "build/windows/bin/$program.exe"
 done
 
 for corpus in fuzz/corpus/*/; do

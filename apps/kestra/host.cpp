@@ -4,7 +4,12 @@
 
 namespace {
 
-const Command* const commands[] = {&convertCommand, &projectionsCommand, &sortCommand};
+const Command* const commands[] = {
+    // one command a line
+    &convertCommand,
+    &projectionsCommand,
+    &sortCommand,
+};
 
 bool isHelp(std::string_view argument) {
     return argument == "--help" || argument == "-h";

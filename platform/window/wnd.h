@@ -4,7 +4,7 @@
 #include <platform/cstring.h>
 #include <platform/export.h>
 #include <platform/window/geometry.h>
-#include <platform/window/runtime_class.h>
+#include <platform/runtime_class.h>
 #include <platform/window/window_subclass.h>
 
 /// A window object: the base of every control and dialog of the library.

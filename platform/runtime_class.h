@@ -1,7 +1,7 @@
 #pragma once
 #include <cstring>
 
-/// Run-time class name of a window object: what it is, known by name across modules.
+/// Run-time class name of a window or socket object: what it is, known by name across modules.
 /// A class with one of its own declares
 ///
 ///     static const CRuntimeClass runtimeClass;

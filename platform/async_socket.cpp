@@ -1,0 +1,134 @@
+#include <platform/async_socket.h>
+
+#include <algorithm>
+
+#include <platform/thread_messages.h>
+
+using platform::theSockets;
+
+int AfxSocketInit() {
+    static bool started = false;
+    if (!started) started = theSockets().start();
+    return started ? 1 : 0;
+}
+
+// ---- CAsyncSocket
+
+const CRuntimeClass CAsyncSocket::runtimeClass{"CAsyncSocket", nullptr};
+
+CAsyncSocket::~CAsyncSocket() {
+    CAsyncSocket::Close();
+}
+
+int CAsyncSocket::Create(unsigned, int, long, const char*) {
+    if (m_hSocket != platform::noSocket) return 0;
+    m_hSocket = theSockets().open();
+    return m_hSocket != platform::noSocket ? 1 : 0;
+}
+
+int CAsyncSocket::Connect(const char* host, unsigned port) {
+    std::uint32_t address = 0;
+    if (host == nullptr || !theSockets().resolve(host, address, platform::connectMilliseconds)) return 0;
+    return theSockets().connect(m_hSocket, address, port) == 0 ? 1 : 0;
+}
+
+int CAsyncSocket::Send(const void* data, int length, int flags) {
+    return theSockets().send(m_hSocket, data, length, flags);
+}
+
+int CAsyncSocket::Receive(void* buffer, int size, int flags) {
+    return theSockets().receive(m_hSocket, buffer, size, flags);
+}
+
+void CAsyncSocket::Close() {
+    if (m_hSocket != platform::noSocket) theSockets().close(m_hSocket);
+    m_hSocket = platform::noSocket;
+}
+
+int CAsyncSocket::GetLastError() {
+    return theSockets().lastError();
+}
+
+// ---- CSocket
+
+const CRuntimeClass CSocket::runtimeClass{"CSocket", &CAsyncSocket::runtimeClass};
+
+CSocket::~CSocket() {
+    CancelBlockingCall();
+}
+
+int CSocket::Connect(const char* host, unsigned port) {
+    if (CAsyncSocket::Connect(host, port) != 0) return 1;
+    if (GetLastError() != platform::socketWouldBlock) return 0;
+    const std::uint64_t limit = platform::startThreadTimer(platform::connectMilliseconds);
+    bool timeUp = false;
+    const auto connected = [&] {
+        return theSockets().wait(m_hSocket, platform::SocketEvent::writable, 0, false) ==
+               platform::SocketWait::ready;
+    };
+    while (!connected() && !timeUp) {
+        theSockets().wait(m_hSocket, platform::SocketEvent::writable, platform::untilThreadTimer(), true);
+        OnMessagePending();
+        timeUp = platform::takeThreadTimer(limit);
+    }
+    platform::stopThreadTimer(limit);
+    const int error = connected() ? theSockets().connectError(m_hSocket) : platform::socketTimedOut;
+    theSockets().setLastError(error);
+    return error == 0 ? 1 : 0;
+}
+
+int CSocket::Send(const void* data, int length, int flags) {
+    const char* next = static_cast<const char*>(data);
+    for (int left = length; left > 0 || length == 0;) {
+        const int sent = CAsyncSocket::Send(next, left, flags);
+        if (sent < 0 &&
+            (GetLastError() != platform::socketWouldBlock || !waitFor(platform::SocketEvent::writable)))
+            return -1;
+        if (length == 0) return sent;
+        next += std::max(sent, 0);
+        left -= std::max(sent, 0);
+    }
+    return length;
+}
+
+int CSocket::Receive(void* buffer, int size, int flags) {
+    for (;;) {
+        const int got = CAsyncSocket::Receive(buffer, size, flags);
+        if (got >= 0 || GetLastError() != platform::socketWouldBlock) return got;
+        if (!waitFor(platform::SocketEvent::readable)) return -1;
+    }
+}
+
+void CSocket::Close() {
+    CancelBlockingCall();
+    CAsyncSocket::Close();
+}
+
+void CSocket::CancelBlockingCall() {
+    if (m_blocking != nullptr) *m_blocking = false;
+}
+
+int CSocket::OnMessagePending() {
+    return platform::dispatchPaint() ? 1 : 0;
+}
+
+/// False, with a last error, when the call was cancelled or another one waits already.
+bool CSocket::waitFor(platform::SocketEvent event) {
+    if (m_blocking != nullptr) {
+        theSockets().setLastError(platform::socketInProgress);
+        return false;
+    }
+    bool blocking = true;
+    m_blocking = &blocking;
+    bool ready = false;
+    while (blocking && !ready) {
+        // A timer that is due and belongs to nobody here must not keep the processor busy.
+        const std::int64_t next = platform::untilThreadTimer();
+        const auto outcome = theSockets().wait(m_hSocket, event, next == 0 ? 10 : next, true);
+        ready = outcome == platform::SocketWait::ready;
+        if (!ready) OnMessagePending();
+    }
+    m_blocking = nullptr;
+    if (!ready) theSockets().setLastError(platform::socketInterrupted);
+    return ready;
+}

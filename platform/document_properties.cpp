@@ -1,0 +1,7 @@
+#include <platform/document_properties.h>
+
+namespace platform {
+
+DocumentProperties::~DocumentProperties() = default;
+
+}  // namespace platform

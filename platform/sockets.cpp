@@ -1,0 +1,7 @@
+#include <platform/sockets.h>
+
+namespace platform {
+
+Sockets::~Sockets() = default;
+
+}  // namespace platform

@@ -1,0 +1,321 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <dorsel/globals.h>
+#include <dorsel/trace.h>
+#include <kestra/net/mail_account.h>
+#include <kestra/net/mail_message.h>
+#include <kestra/net/send_mail.h>
+#include <platform/arrays.h>
+#include <platform/clock.h>
+#include <platform/faulty_files.h>
+#include <platform/locale_date.h>
+#include <platform/machine.h>
+#include <platform/replaceable.h>
+
+#include <tests/support/loopback_server.h>
+#include <tests/support/scripted_sockets.h>
+#include <tests/support/temporary_folder.h>
+
+namespace {
+
+using Replies = std::vector<std::string>;
+const Replies withLogin = {"220 ici\r\n",      "250-ici\r\n250 AUTH LOGIN\r\n",
+                           "334 VXNlcg==\r\n", "334 UGFzcw==\r\n",
+                           "235 oui\r\n",      "250 ok\r\n",
+                           "250 ok\r\n",       "354 va\r\n",
+                           "250 pris\r\n"};
+
+/// A server that gives these replies in turn, "" closing the connection, and takes a message behind a "354".
+class MailScript {
+  public:
+    explicit MailScript(Replies replies)
+        : m_server([replies = std::move(replies)](LoopbackServer::Client& client) {
+              for (const std::string& reply : replies) {
+                  if (reply.empty()) return;
+                  client.write(reply);
+                  if (reply == replies.back() && reply.starts_with("250 pris")) break;
+                  client.readUntil(reply.starts_with("354") ? "\r\n.\r\n" : "\r\n");
+              }
+              client.readUntil("QUIT\r\n");
+          }) {}
+    int send(const char* login = "moi", const char* recipients = "a@x.fr", const char* attachments = nullptr,
+             const char* body = "texte") {
+        return SendMail("127.0.0.1", m_server.port(), login, "secret", "moi@x.fr", recipients, "Sujet", body,
+                        attachments);
+    }
+    std::string received() { return m_server.received(); }
+
+  private:
+    LoopbackServer m_server;
+};
+
+/// The mail server that the tests run beside, and what it received.
+class RealServer {
+  public:
+    RealServer() {
+        const std::string port = platform::theMachine().environment("KESTRA_MAIL_PORT");
+        m_folder = platform::theMachine().environment("KESTRA_MAIL_FOLDER");
+        if (port.empty()) ADD_FAILURE() << "no mail server: run this through tools/with_mail_server.sh";
+        if (platform::theMachine().windowsNtVersion() > 0) m_folder = "Z:" + m_folder;
+        m_port = static_cast<unsigned>(std::atoi(port.c_str()));
+        while (platform::theFiles().kind((m_folder + "/" + std::to_string(m_count + 1) + ".txt").c_str()) ==
+               platform::FileKind::file)
+            ++m_count;
+    }
+    unsigned port() const { return m_port; }
+    /// A file of the next message: "txt", "eml", "0.part", ...
+    std::string next(const std::string& kind) const {
+        std::string content = "(nothing)";
+        platform::readWholeFile((m_folder + "/" + std::to_string(m_count + 1) + '.' + kind).c_str(), content);
+        return content;
+    }
+
+  private:
+    unsigned m_port = 0;
+    int m_count = 0;
+    std::string m_folder;
+};
+
+class OneMoment : public platform::Clock {
+  public:
+    std::int64_t now() override { return 1580738709; }
+    platform::LocalTime localTime(std::int64_t) override { return {}; }
+};
+
+std::string bytesOf(std::size_t count) {
+    std::string bytes(count, '\0');
+    for (std::size_t i = 0; i < count; ++i) bytes[i] = static_cast<char>(i * i + i / 251);
+    return bytes;
+}
+
+std::string g_lastTrace;
+void noteLine(const char* line, bool) {
+    g_lastTrace = line;
+}
+
+}  // namespace
+
+TEST(SendMail, DialogueAndMessageByteForByte) {
+    OneMoment moment;
+    const platform::Replaced clock(platform::replaceClock, moment);
+    const TemporaryFolder folder;
+    const std::string files = folder.write("a\xE9.bin", "abc") + ";" + folder.path("manque.bin") + ";" +
+                              folder.write("vide.bin", "") + ";;" + folder.write("apres.bin", "x");
+    Replies replies = withLogin;
+    replies.insert(replies.begin() + 6, 2, "250 ok\r\n");
+    MailScript script(replies);
+    EXPECT_EQ(script.send("moi", "a@x.fr;Bé <b@x.fr>;c@x.fr;;d@x.fr", files.c_str()), 1);
+    const std::string date = platform::utcDate(1580738709, "ddd',' dd MMM yyyy") + ' ' +
+                             platform::utcTime(1580738709, "HH':'mm':'ss tt");
+    EXPECT_NE(date.find(" 2020 14:05:09 "), std::string::npos) << date;
+    EXPECT_EQ(
+        script.received(),
+        "EHLO BREN\r\nAUTH LOGIN\r\nbW9p\r\nc2VjcmV0\r\nMAIL FROM: <moi@x.fr>\r\n"
+        "RCPT TO:<a@x.fr>\r\nRCPT TO:Bé <b@x.fr>\r\nRCPT TO:<c@x.fr>\r\nDATA\r\n"
+        "DATE: " +
+            date +
+            "\r\nFrom: <moi@x.fr>\r\nTo: <a@x.fr>\r\nCc:Bé <b@x.fr>,<c@x.fr>\r\nSubject:Sujet\r\n"
+            "MIME-Version: 1.0\r\nContent-Type: multipart/mixed;\r\n"
+            "      boundary=\"08zs01293eraf47a7804dcd17b1e\"\r\n\r\n\r\n"
+            "--08zs01293eraf47a7804dcd17b1e\r\nContent-Type: text/plain; charset=US-ASCII\r\n\r\ntexte\r\n"
+            "--08zs01293eraf47a7804dcd17b1e\r\nContent-Type: application/octet-stream\r\n"
+            "Content-Transfer-Encoding: base64\r\nContent-Disposition: attachment; "
+            "filename=\"a\xE9.bin\"\r\n\r\n"
+            "YWJj\r\n"
+            "--08zs01293eraf47a7804dcd17b1e\r\nContent-Type: application/octet-stream\r\n"
+            "Content-Transfer-Encoding: base64\r\nContent-Disposition: attachment; "
+            "filename=\"vide.bin\"\r\n\r\n"
+            "\r\n"
+            "--08zs01293eraf47a7804dcd17b1e--\r\n\r\n\r\n.\r\nQUIT\r\n");
+}
+
+TEST(SendMail, AWrongCodeEndsWithQuitAndAClosedConnectionWithout) {
+    const char* const commands[] = {"",
+                                    "EHLO BREN\r\n",
+                                    "AUTH LOGIN\r\n",
+                                    "bW9p\r\n",
+                                    "c2VjcmV0\r\n",
+                                    "MAIL FROM: <moi@x.fr>\r\n",
+                                    "RCPT TO:<a@x.fr>\r\n",
+                                    "DATA\r\n"};
+    std::string before;
+    for (std::size_t step = 0; step < withLogin.size(); ++step) {
+        if (step < std::size(commands)) before += commands[step];
+        for (const char* reply : {"500 non\r\n", "5", "\r\n", ""}) {
+            Replies replies(withLogin.begin(), withLogin.begin() + static_cast<std::ptrdiff_t>(step));
+            replies.emplace_back(reply);
+            MailScript script(replies);
+            EXPECT_EQ(script.send(), 0) << step << reply;
+            const std::string received = script.received();
+            const bool quits = *reply != '\0';
+            EXPECT_TRUE(received.starts_with(before)) << received;
+            const std::string all = before + (quits ? "QUIT\r\n" : "");
+            EXPECT_TRUE(step >= std::size(commands) || received == all) << received;
+            EXPECT_EQ(received.ends_with("QUIT\r\n"), quits) << step << reply;
+        }
+    }
+}
+
+TEST(SendMail, RepliesOfManyLinesAndLongOnes) {
+    std::string many, nuls("250\0\r\n", 6);
+    for (int i = 0; i < 60; ++i) many += "250-EXTENSION " + std::to_string(i) + "\r\n";
+    for (const std::string& hello : {many + "250 fin\r\n", "250 " + std::string(400, 'x') + "\r\n",
+                                     std::string("250 ") + std::string(252, 'y'), nuls}) {
+        Replies replies = withLogin;
+        replies[1] = hello;
+        MailScript script(replies);
+        EXPECT_EQ(script.send(), 1) << hello.size();
+    }
+    EXPECT_TRUE(mail::goesOn("250-a\r\n250"));
+    EXPECT_FALSE(mail::goesOn("250-a\r\n250 b\r\n"));
+    EXPECT_FALSE(mail::goesOn("25"));
+    EXPECT_FALSE(mail::goesOn(""));
+}
+
+TEST(SendMail, WithoutLoginThereIsNoAuthentication) {
+    MailScript script(
+        {"220 ici\r\n", "250 ok\r\n", "250 ok\r\n", "250 ok\r\n", "354 va\r\n", "250 pris\r\n"});
+    EXPECT_EQ(script.send(""), 1);
+    EXPECT_TRUE(script.received().starts_with("HELO BREN\r\nMAIL FROM: <moi@x.fr>\r\n"));
+    MailScript refused({"220 ici\r\n", "250 ok\r\n", "334 \r\n", "334 \r\n", "535 non\r\n"});
+    EXPECT_EQ(refused.send("moi"), 0);
+}
+
+TEST(SendMail, ARealServerGetsWhatWasSent) {
+    const RealServer server;
+    const TemporaryFolder folder;
+    const std::string big = bytesOf(300'000), line = bytesOf(57), lines = bytesOf(57 * 1024 * 2);
+    const std::string files = folder.write("grand.bin", big) + ';' + folder.write("ligne.bin", line) + ';' +
+                              folder.write("lignes.bin", lines) + ';' + folder.write("vide.bin", "");
+    EXPECT_EQ(SendMailWith(mailBareEnvelope, "localhost", server.port(), "compte@exemple.fr", "Kp4m8xTQa",
+                           "Bureau <compte@exemple.fr>", "Un <un@exemple.fr>;deux@exemple.fr", "Rapport",
+                           "html:<p>\xE9t\xE9</p>", files.c_str()),
+              1);
+    const std::string text = server.next("txt");
+    EXPECT_TRUE(
+        text.starts_with("login compte@exemple.fr\nhello EHLO BREN\nfrom compte@exemple.fr\n"
+                         "to un@exemple.fr\nto deux@exemple.fr\nDATE: "))
+        << text;
+    EXPECT_TRUE(text.ends_with(
+        "\nFrom: Bureau <compte@exemple.fr>\nTo: Un <un@exemple.fr>\nCc: <deux@exemple.fr>\n"
+        "Subject: Rapport\nMIME-Version: 1.0\npart text/html iso-8859-1 -\n"
+        "part application/octet-stream - grand.bin\npart application/octet-stream - ligne.bin\n"
+        "part application/octet-stream - lignes.bin\npart application/octet-stream - vide.bin\n"))
+        << text;
+    EXPECT_EQ(server.next("0.part"), "<p>\xE9t\xE9</p>");
+    EXPECT_TRUE(server.next("1.part") == big);
+    EXPECT_TRUE(server.next("2.part") == line);
+    EXPECT_TRUE(server.next("3.part") == lines);
+    EXPECT_TRUE(server.next("4.part") == "");
+    EXPECT_EQ(SendMail("127.0.0.1", server.port(), "compte@exemple.fr", "faux", "a@b.fr", "c@d.fr", "x", "y",
+                       nullptr),
+              0);
+}
+
+TEST(SendMail, SafeLinesReachTheReaderUnharmed) {
+    const char body[] = ".cache\r\n.\r\n..deux\nligne\rfin";
+    {
+        const RealServer server;
+        EXPECT_EQ(SendMailWith(mailSafeLines, "127.0.0.1", server.port(), "", "", "a@b.fr", "c@d.fr", nullptr,
+                               body, nullptr),
+                  1);
+        EXPECT_EQ(server.next("0.part"), ".cache\r\n.\r\n..deux\r\nligne\r\nfin");
+        EXPECT_TRUE(server.next("txt").starts_with("login \nhello HELO BREN\n"));
+    }
+    // Kept: without the option the body goes out as it is.
+    EXPECT_TRUE(mail::bodyPart(body, false).ends_with(std::string(body) + "\r\n"));
+    EXPECT_EQ(mail::safeLines("."), "..");
+    EXPECT_EQ(mail::safeLines("a.\r\n\r\n.b\n\n."), "a.\r\n\r\n..b\r\n\r\n..");
+}
+
+TEST(SendMail, WhatCouldInjectACommandIsRefusedBeforeAnythingIsSent) {
+    const struct {
+        const char *sender, *recipients, *subject, *body, *attachments;
+    } cases[] = {{"a@b.fr>\r\nRCPT TO:<x@y.fr", "c@d.fr", "s", "b", nullptr},
+                 {"a@b.fr", "c@d.fr;e@f.fr\nDATA", "s", "b", nullptr},
+                 {"a@b.fr", "c@d.fr", "s\r\nBcc: x@y.fr", "b", nullptr},
+                 {"a@b.fr", "c@d.fr", "s", "b", "C:\\a\r\nb.txt"},
+                 {"a@b.fr", "c@d.fr", "s", nullptr, nullptr}};
+    for (const auto& test : cases) {
+        ScriptedSockets sockets("220 ici\r\n");
+        const platform::Replaced replaced(platform::replaceSockets, sockets);
+        EXPECT_EQ(SendMail("serveur", 25, "", "", test.sender, test.recipients, test.subject, test.body,
+                           test.attachments),
+                  0);
+        EXPECT_EQ(sockets.connectedTo + sockets.sent, "");
+    }
+    EXPECT_NE(mail::attachmentHead("C:\\x\\a\"b.txt").find("filename=\"a\\\"b.txt\""), std::string::npos);
+}
+
+TEST(SendMail, KeptAnEmptyListOfRecipientsRaisesBehindData) {
+    for (const char* recipients : {"", ";a@x.fr"}) {
+        MailScript script({"220 ici\r\n", "250 ok\r\n", "250 ok\r\n", "354 va\r\n"});
+        EXPECT_THROW(script.send("", recipients), CInvalidArgException);
+        EXPECT_EQ(script.received(), "HELO BREN\r\nMAIL FROM: <moi@x.fr>\r\nDATA\r\n");
+    }
+    EXPECT_EQ(mail::pieces("a;b;;c"), (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(mail::pieces("a;"), (std::vector<std::string>{"a"}));
+    EXPECT_EQ(mail::address(">a"), "<>a>");
+    EXPECT_EQ(mail::address("A <a>"), "A <a>");
+}
+
+TEST(SendMail, ManyRecipientsAndAnAttachmentThatCannotBeRead) {
+    std::string recipients;
+    Replies replies = {"220 ici\r\n", "250 ok\r\n", "250 ok\r\n"};
+    for (int i = 0; i < 3000; ++i) {
+        recipients += "r" + std::to_string(i) + "@x.fr;";
+        replies.emplace_back("250 ok\r\n");
+    }
+    replies.insert(replies.end(), {"354 va\r\n", "250 pris\r\n"});
+    EXPECT_EQ(MailScript(replies).send("", recipients.c_str()), 1);
+
+    const TemporaryFolder folder;
+    const std::string file = folder.write("f.bin", bytesOf(200'000));
+    platform::FaultyFiles faulty(platform::theFiles());
+    const platform::Replaced replaced(platform::replaceFiles, faulty);
+    MailScript script(withLogin);
+    faulty.failAtCall(3);
+    EXPECT_EQ(script.send("moi", "a@x.fr", (folder.path("") + ";" + file).c_str()), 0);
+    EXPECT_EQ(script.received().find("\r\n.\r\n"), std::string::npos) << "no message without its attachment";
+}
+
+TEST(SendMail, TheAccountRecordFillsWhatIsMissing) {
+    const TemporaryFolder folder;
+    const std::string before = pvg.localFolder;
+    const auto useFolder = [](const std::string& path) {
+        std::strncpy(pvg.localFolder, path.c_str(), sizeof pvg.localFolder - 1);
+    };
+    useFolder(folder.folder());
+    folder.write("ini\\TOREL.ini", "[GENERAL]\r\nMAILLOGIN=court\r\n");
+    mail::Account account = mail::completed({nullptr, 0, nullptr, nullptr, nullptr});
+    EXPECT_EQ(account.port, 587u);
+    EXPECT_EQ(account.login, "courrier@kestra.invalid");
+    EXPECT_EQ(account.password, "Kp4m8xTQa");
+    EXPECT_EQ(account.options, 0u);
+
+    folder.write("ini\\TOREL.ini", "[GENERAL]\r\nMAILLOGIN=smtp.x.fr;2525;Moi <moi@x.fr>;moi;mdp;3\r\n");
+    account = mail::completed({"autre.fr", 26, nullptr, nullptr, "autre"});
+    EXPECT_EQ(account.server + ' ' + account.sender + ' ' + account.login + ' ' + *account.password,
+              "autre.fr Moi <moi@x.fr> moi autre");
+    EXPECT_EQ(account.port, 26u);
+    EXPECT_EQ(account.options, 3u);
+    folder.write("ini\\TOREL.ini", "[GENERAL]\r\nMAILLOGIN=smtp.x.fr;2525\r\n");
+    EXPECT_FALSE(mail::completed({nullptr, 0, nullptr, nullptr, nullptr}).password);
+    EXPECT_FALSE(mail::completed({"a", 0, "b", nullptr, nullptr}).password)
+        << "both are given: nothing is read";
+
+    ScriptedSockets sockets("");
+    const platform::Replaced replaced(platform::replaceSockets, sockets);
+    const TraceOutput output = setTraceOutput(noteLine);
+    EXPECT_EQ(SendMailAuto("a@x.fr", "s", "b", ""), 0);
+    EXPECT_EQ(sockets.connectedTo, "smtp.x.fr:2525");
+    sockets.canOpen = false;
+    EXPECT_EQ(SendMailAuto("a@x.fr", "s", "b", ""), 0);
+    EXPECT_EQ(g_lastTrace, "$G$Socket creation failed");
+    setTraceOutput(output);
+    useFolder(before);
+}

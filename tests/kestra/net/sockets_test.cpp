@@ -1,0 +1,203 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <dorsel/trace.h>
+#include <kestra/net/socket_x.h>
+#include <kestra/net/w_socket.h>
+#include <platform/thread_messages.h>
+
+#include <tests/support/loopback_server.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+long millisecondsSince(Clock::time_point start) {
+    return static_cast<long>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
+}
+
+void connectTo(CSocketX& socket, const LoopbackServer& server) {
+    ASSERT_NE(AfxSocketInit(), 0);
+    ASSERT_NE(socket.Create(), 0);
+    ASSERT_NE(socket.Connect("127.0.0.1", server.port()), 0) << socket.GetLastError();
+}
+
+std::vector<std::string> g_trace;
+void noteLine(const char* line, bool) {
+    g_trace.emplace_back(line);
+}
+
+}  // namespace
+
+TEST(SocketX, StepsOfALineProtocol) {
+    const struct {
+        const char *reply, *expected;
+        int result;
+        const char* sent;
+    } cases[] = {
+        {"250 ok\r\n", "250", 1, "HELO x\r\n"}, {"250-first\r\n250 last\r\n", "250", 1, "HELO x\r\n"},
+        {"25", "250", 0, "HELO x\r\nQUIT\r\n"}, {"550 no\r\n", "250", 0, "HELO x\r\nQUIT\r\n"},
+        {"ok", "OK", 0, "HELO x\r\nQUIT\r\n"},  {"anything", "", 1, "HELO x\r\n"},
+        {"anything", nullptr, 1, "HELO x\r\n"}, {"", "250", 0, "HELO x\r\n"}};
+    for (const auto& test : cases) {
+        const bool quits = std::string_view(test.sent).ends_with("QUIT\r\n");
+        LoopbackServer server([&](LoopbackServer::Client& client) {
+            client.readLine();
+            client.write(test.reply);
+            if (quits) client.readLine();
+        });
+        {
+            CSocketX socket;
+            connectTo(socket, server);
+            EXPECT_EQ(socket.Send("HELO x\r\n", test.expected, 5000, 0), test.result) << test.reply;
+        }
+        EXPECT_EQ(server.received(), test.sent) << test.reply;
+    }
+}
+
+TEST(SocketX, ReceivesAtMost256BytesAndTextsEndAtNul) {
+    const std::string exact(256, 'a');
+    for (const std::string& reply :
+         {exact, exact + "b", std::string("ab\0cd", 5), std::string(1'000'000, 'm')}) {
+        LoopbackServer server([&](LoopbackServer::Client& client) {
+            client.write(reply);
+            client.readUntil("fin");
+        });
+        CSocketX socket;
+        connectTo(socket, server);
+        CString text;
+        const int got = socket.Receive(text, 5000, 0);
+        EXPECT_EQ(got, static_cast<int>(std::min<std::size_t>(reply.size(), 256)));
+        EXPECT_EQ(text, reply.substr(0, 256).c_str());
+        socket.Send("fin", 5000u, 0);
+    }
+}
+
+TEST(SocketX, ABlockingCallEndsAfterItsTimeWith10060) {
+    LoopbackServer server([](LoopbackServer::Client& client) { client.readUntil("fin"); });
+    CSocketX socket;
+    connectTo(socket, server);
+    CString text = "avant";
+    auto start = Clock::now();
+    EXPECT_EQ(socket.Receive(text, 300, 0), -1);
+    EXPECT_GE(millisecondsSince(start), 290);
+    EXPECT_LT(millisecondsSince(start), 3000);
+    EXPECT_EQ(CSocketX::GetLastError(), 10060);
+    EXPECT_TRUE(text.IsEmpty());
+
+    start = Clock::now();
+    EXPECT_EQ(socket.Send("?\r\n", "250", 200, 0), 0) << "the connection can still be used";
+    EXPECT_LT(millisecondsSince(start), 3000);
+
+    // A timer that fires for another socket does not cancel this one's call.
+    CSocketX other;
+    EXPECT_NE(other.SetTimeOut(100), 0);
+    start = Clock::now();
+    EXPECT_EQ(socket.Receive(text, 400, 0), -1);
+    EXPECT_GE(millisecondsSince(start), 390);
+    EXPECT_EQ(other.KillTimeOut(), 1);
+    EXPECT_EQ(other.KillTimeOut(), 0);
+    socket.Send("fin", 5000u, 0);
+}
+
+TEST(SocketX, SendingIsTimedToo) {
+    // The server reads nothing until told by the test's end: the system's buffers fill up.
+    std::atomic<bool> done{false};
+    LoopbackServer server([&](LoopbackServer::Client&) {
+        while (!done) std::this_thread::sleep_for(5ms);
+    });
+    CSocketX socket;
+    connectTo(socket, server);
+    const std::string much(64 * 1024 * 1024, 'x');
+    const auto start = Clock::now();
+    EXPECT_EQ(socket.SendBin(much.data(), static_cast<long>(much.size()), 400, 0), -1);
+    EXPECT_LT(millisecondsSince(start), 5000);
+    EXPECT_EQ(CSocketX::GetLastError(), 10060);
+    done = true;
+}
+
+TEST(SocketX, RefusedAndUnknownHosts) {
+    unsigned port = 0;
+    {
+        port = LoopbackServer([](LoopbackServer::Client&) {}).port();
+    }
+    CSocketX socket;
+    ASSERT_NE(socket.Create(), 0);
+    EXPECT_EQ(socket.Create(), 0) << "it has a socket already";
+    EXPECT_EQ(socket.Connect("127.0.0.1", port), 0);
+    EXPECT_EQ(CSocketX::GetLastError(), 10061);
+    const auto start = Clock::now();
+    EXPECT_EQ(socket.Connect("no-such-host.invalid", 25), 0);
+    EXPECT_LT(millisecondsSince(start), 12000);
+    EXPECT_TRUE(socket.GetRuntimeClass()->IsDerivedFrom(CSocket::runtimeClass));
+}
+
+TEST(WSocket, OneRequestOneAnswer) {
+    const std::string host = ownLoopbackAddress();
+    std::string reply;
+    LoopbackServer server(
+        [&](LoopbackServer::Client& client) {
+            client.readUntil(".");
+            client.write(reply);
+        },
+        host.c_str(), CWSocket::port);
+    const struct {
+        std::string reply, text;
+    } cases[] = {{"bonjour", "bonjour"},
+                 {std::string("a\0b", 3), "a"},
+                 {"", ""},
+                 {std::string(4000, 'x'), std::string(4000, 'x')}};
+    for (const auto& test : cases) {
+        reply = test.reply;
+        EXPECT_EQ(CWSocket::ServeurCommand(host.c_str(), "etat.", 0, 7), test.text);
+    }
+    reply = std::string(5000, 'y');
+    const std::string cut = CWSocket::ServeurCommand(host.c_str(), "etat.suite", 5, 0);
+    EXPECT_FALSE(cut.empty());
+    EXPECT_LE(cut.size(), 4000u);
+    EXPECT_EQ(server.received(), "etat.etat.etat.etat.etat.");
+}
+
+TEST(WSocket, KeptAReadOfExactly10054BytesCountsAsReset) {
+    const std::string host = ownLoopbackAddress();
+    LoopbackServer server(
+        [](LoopbackServer::Client& client) {
+            client.write(std::string(10054, 'z'));
+            client.readUntil("fin");
+        },
+        host.c_str(), CWSocket::port);
+    for (const auto& [size, result] : {std::pair{10053, 10053}, std::pair{10054, -1}}) {
+        CWSocket socket;
+        ASSERT_EQ(socket.Connect(host.c_str()), 1);
+        std::vector<char> buffer(20000);
+        EXPECT_EQ(socket.Send("", 0), 0);
+        std::this_thread::sleep_for(300ms);  // all of it must have arrived, so that one read can take it
+        EXPECT_EQ(socket.Recv(buffer.data(), size), result);
+        socket.Send("fin", 0);
+    }
+}
+
+TEST(WSocket, FailuresAreTracedAndAReplyLimitHolds) {
+    g_trace.clear();
+    const TraceOutput before = setTraceOutput(noteLine);
+    const std::string host = ownLoopbackAddress();
+    EXPECT_STREQ(CWSocket::ServeurCommand(host.c_str(), "x", 0, 0), "");
+    setTraceOutput(before);
+    ASSERT_EQ(g_trace.size(), 1u);
+    EXPECT_EQ(g_trace[0].substr(0, 39 + host.size()),
+              "Failed to connect.Err=10061," + host + (g_trace[0].ends_with('\n') ? "\n" : ""));
+
+    LoopbackServer silent([](LoopbackServer::Client& client) { client.readUntil("never"); }, host.c_str(),
+                          CWSocket::port);
+    EXPECT_EQ(CWSocket::SetReplyLimit(200), 0u);
+    const auto start = Clock::now();
+    EXPECT_STREQ(CWSocket::ServeurCommand(host.c_str(), "x", 0, 0), "");
+    EXPECT_LT(millisecondsSince(start), 5000);
+    EXPECT_EQ(CWSocket::SetReplyLimit(0), 200u);
+}

@@ -1,0 +1,245 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <kestra/text/report_page.h>
+#include <kestra/text/txt_to_html.h>
+#include <platform/faulty_files.h>
+#include <platform/files.h>
+#include <platform/machine.h>
+#include <platform/replaceable.h>
+
+#include <tests/support/temporary_folder.h>
+
+namespace {
+
+std::string bodyOf(std::string_view text) {
+    std::string page;
+    report::BodyWriter writer([&page](std::string_view piece) { page += piece; });
+    writer.write(text);
+    writer.finish();
+    return page;
+}
+
+report::Head headOf(std::string text) {
+    return report::readHead(text);
+}
+
+std::string lineOf(std::size_t characters) {
+    return std::string(characters, 'x') + "\r\n";
+}
+
+/// Keeps what would be started.
+class NotedMachine : public platform::Machine {
+  public:
+    std::string computerName() override { return "BUREAU"; }
+    int windowsNtVersion() override { return platform10 ? 10 : 0; }
+    bool openDocument(const char* path) override { return note(path); }
+    bool run(const char* command) override { return note(command); }
+    bool classicHelp(const char*, const char*) override { return false; }
+    bool htmlHelp(const char*, const char*) override { return false; }
+    void debugLine(const char*) override {}
+    std::string environment(const char*) override { return {}; }
+    bool note(const char* text) {
+        started.emplace_back(text);
+        return true;
+    }
+    bool platform10 = false;
+    std::vector<std::string> started;
+};
+
+}  // namespace
+
+TEST(TxtToHtml, WholePage) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("Liste.txt",
+                                          "\f\x0ETitre \xE9t\xE9 2024\r\n"
+                                          "StyleNo=color:blue\r\nmepdoc(\"A4\", 1)\r\nStyleEp=color:red\r\n"
+                                          "a<b & c\r\n\x0EGros\r\n\fsuite\x03>\r\nperdue");
+    const std::string page = TxtToHtml(file.c_str(), 0);
+    EXPECT_EQ(page, folder.path("Liste.htm"));
+    EXPECT_EQ(
+        folder.read("Liste.htm"),
+        "<B2c LenLigne=80>\n<HTML>\n<HEAD>\n<title>Titre  t  2024</title>\n</HEAD>\n<BODY>\n"
+        "<style>\nspan.No{font-size:10.0pt;font-family:Courier "
+        "New;letter-spacing:0;font-weight:normal;margin:0;"
+        "color:blue}\nspan.Ep{font-size:11pt;font-family:Times New Roman;letter-spacing:0;font-weight: bold;"
+        "margin:0;color:red}\n</style>\n<span>\n"
+        "<script>\nvar torelHtml = new ActiveXObject('torel.Html');\ntorelHtml.mepdoc(\"A4\", 1)\n</script>\n"
+        "</span>\n<span class='No'>"
+        "a&lt;b&nbsp;&amp;&nbsp;c<br>\n</span>\n<span class='Ep'>Gros</span>\n<span class='No'><br>\n"
+        "<DIV clear='all' style='page-break-before:always;height:0px;line-height:0px'> </DIV>suite&gt;<br>\n"
+        "</BODY>");
+    EXPECT_EQ(folder.read("Liste.txt").substr(0, 2), "\f\x0E");
+}
+
+TEST(TxtToHtml, FontOfEachWidth) {
+    const struct {
+        int width, points, spacing, shown;
+    } cases[] = {{80, 10, 0, 80},    {93, 10, 0, 93},         {99, 9, 0, 99},    {117, 8, 0, 117},
+                 {120, 8, -1, 120},  {133, 8, -1, 133},       {134, 9, 0, -134}, {190, 8, -1, -190},
+                 {200, 8, -1, -200}, {100000, 8, -1, -100000}};
+    for (const auto& test : cases) {
+        const report::Font font = report::fontFor(test.width);
+        EXPECT_EQ(font.points, test.points) << test.width;
+        EXPECT_EQ(font.spacing, test.spacing) << test.width;
+        EXPECT_EQ(font.width, test.shown) << test.width;
+    }
+}
+
+TEST(TxtToHtml, HeadLinesDecideWidthAndTitle) {
+    EXPECT_EQ(headOf(lineOf(100)).width, 99);
+    EXPECT_EQ(headOf(std::string(200, 'x')).width, 80) << "no CR, no line";
+    std::string tenLines;
+    for (int i = 0; i < 9; ++i) tenLines += "court\r\nStyleNo=x\r\n";
+    EXPECT_EQ(headOf(tenLines + lineOf(120) + lineOf(300)).width, 119) << "directives are not counted";
+
+    const struct {
+        const char *text, *title;
+    } titles[] = {{"\x0E"
+                   "12345\r\n",
+                   "12345"},
+                  {"\x0E"
+                   "1234\r\n",
+                   ""},
+                  {"abc\x0E"
+                   "12345\r\n",
+                   "12345"},
+                  {"abcd\x0E"
+                   "12345\r\n",
+                   ""},
+                  {"ab\x0E"
+                   "1234\r\n",
+                   "1234"},
+                  {"abc\x0E"
+                   "123\r\n",
+                   ""},
+                  {"\x0E"
+                   "un\t\x0F\x80\xE9\r\n",
+                   "un    "},
+                  {"\x0E"
+                   "premier\r\n\x0Esecond\r\n",
+                   "premier"},
+                  {"\fStyleNo=rien\r\n\x0E"
+                   "titre\r\n",
+                   "titre"}};
+    for (const auto& test : titles) EXPECT_EQ(headOf(test.text).title, test.title) << test.text;
+}
+
+TEST(TxtToHtml, DirectivesStartTheBodyBehindThem) {
+    const report::Head head =
+        headOf("avant\r\nStyleNo=a\r\nStyleNo=b\r\nstyleno=c\r\nMepDoc(1)\r\nMEPDOC(2)\r\nreste\r\n");
+    EXPECT_EQ(head.normalStyle, "b");
+    EXPECT_EQ(head.bodyStart,
+              std::string_view("avant\r\nStyleNo=a\r\nStyleNo=b\r\nstyleno=c\r\nMepDoc(1)\r\nMEPDOC(2)\r\n")
+                  .size());
+    EXPECT_NE(head.scripts.find("torelHtml.MepDoc(1)\n"), std::string::npos);
+    EXPECT_LT(head.scripts.find("MepDoc(1)"), head.scripts.find("MEPDOC(2)"));
+
+    std::string text = "\fun\r\n\fdeux\r\n\ftrois\r\n";
+    report::readHead(text);
+    EXPECT_EQ(text, " un\r\n deux\r\n\ftrois\r\n");
+}
+
+TEST(TxtToHtml, KeptCode15LeavesTheMarkSet) {
+    EXPECT_EQ(
+        bodyOf("\x0E"
+               "a\x0F"
+               "b\r\nc\r\n"),
+        "</span>\n<span class='Ep'>a</span>\n<span class='No'>b</span>\n<span class='No'><br>\nc<br>\n");
+}
+
+TEST(TxtToHtml, KeptWhatStandsBehindTheLastCrNeverReachesThePage) {
+    const TemporaryFolder folder;
+    const std::string long1(300'000, 'a'), long2(700'000, 'b'), end = std::string(10'000, 'z');
+    const struct {
+        std::string text, body;
+    } cases[] = {{"sans fin", ""},
+                 {end, ""},
+                 {"un\r\n" + end, "un<br>\n"},
+                 {long1 + "\r\n" + long2 + "\r" + end, long1 + "<br>\n" + long2 + "<br>\n"},
+                 {"StyleNo=" + long2 + "\r\n" + long1 + "\r\n", long1 + "<br>\n"}};
+    for (const auto& test : cases) {
+        TxtToHtml(folder.write("long.txt", test.text).c_str(), 0);
+        const std::string page = folder.read("long.htm");
+        EXPECT_EQ(page.substr(page.find("<span class='No'>") + 17), test.body + "</BODY>");
+    }
+}
+
+TEST(TxtToHtml, EveryByteAndLongLines) {
+    std::string everything, expected;
+    for (int code = 0; code < 256; ++code) everything += static_cast<char>(code);
+    const std::string page = bodyOf(everything + "\r");
+    for (int code = 16; code < 256; ++code)
+        if (std::string_view(" &<>").find(static_cast<char>(code)) == std::string_view::npos)
+            expected += static_cast<char>(code);
+    std::string shown = page.substr(page.rfind("<span class='No'>", page.find("\x10")) + 17);
+    for (const char* markup : {"&nbsp;", "&amp;", "&lt;", "&gt;", "</span>\n<span class='No'>", "<br>\n"})
+        while (shown.find(markup) != std::string::npos)
+            shown.erase(shown.find(markup), std::string_view(markup).size());
+    EXPECT_EQ(shown, expected);
+
+    std::string pages(100'000, '\f'), line(10'000'000, ' ');
+    EXPECT_EQ(bodyOf(pages + "\r").size(), pages.size() * 84 + 5);
+    EXPECT_EQ(bodyOf(line + "\r\n").size(), line.size() * 6 + 5);
+    EXPECT_EQ(headOf(line + "\r\n").width, 9'999'999);
+}
+
+TEST(TxtToHtml, ShortMissingAndMatchedFiles) {
+    const TemporaryFolder folder;
+    folder.write("b.lst", "deux\r\n");
+    folder.write("A.LST", "un\r\n");
+    EXPECT_EQ(TxtToHtml(nullptr, 0), nullptr);
+    EXPECT_EQ(TxtToHtml(folder.path("manque.lst").c_str(), 0), nullptr);
+    EXPECT_EQ(TxtToHtml(folder.path("*.xyz").c_str(), 0), nullptr);
+    EXPECT_EQ(TxtToHtml(folder.folder().c_str(), 0), nullptr);
+    EXPECT_EQ(TxtToHtml(folder.path("*.lst").c_str(), 0), folder.path("A.htm"));
+    EXPECT_NE(folder.read("A.htm").find("un<br>"), std::string::npos);
+    for (const char* content : {"", "a", "\r\n"}) {
+        folder.write("court.txt", content);
+        EXPECT_EQ(TxtToHtml(folder.path("court.txt").c_str(), 0), folder.path("A.htm")) << "the page before";
+    }
+    folder.write("trois", "a\r\n");
+    EXPECT_EQ(TxtToHtml(folder.path("trois").c_str(), 0), folder.path("trois.htm"));
+    EXPECT_EQ(platform::theFiles().kind(folder.path("court.htm").c_str()), platform::FileKind::missing);
+}
+
+TEST(TxtToHtml, OpensThePageAndDeletesTheTextOnlyOnceThePageIsThere) {
+    const TemporaryFolder folder;
+    NotedMachine machine;
+    const platform::Replaced replaced(platform::replaceMachine, machine);
+    const std::string text = folder.write("r.txt", "ligne\r\n");
+    TxtToHtml(text.c_str(), 3);
+    EXPECT_EQ(machine.started, std::vector{folder.path("r.htm")});
+    EXPECT_EQ(platform::theFiles().kind(text.c_str()), platform::FileKind::missing);
+    machine.platform10 = true;
+    TxtToHtml(folder.write("r.htm", "ligne\r\n").c_str(), 3);
+    EXPECT_EQ(machine.started.back(), "explorer \"" + folder.path("r.htm") + "\"");
+    EXPECT_TRUE(folder.read("r.htm").starts_with("<B2c")) << "a report of that name is replaced by its page";
+
+    folder.write("s.txt", "ligne\r\n");
+    platform::theFiles().createFolder(folder.path("s.htm").c_str());
+    EXPECT_EQ(TxtToHtml(folder.path("s.txt").c_str(), 2), folder.path("s.htm"));
+    EXPECT_EQ(folder.read("s.txt"), "ligne\r\n") << "no page, so the report stays";
+}
+
+TEST(TxtToHtml, AReportIsDeletedOnlyWhenItsPageIsWhole) {
+    const TemporaryFolder folder;
+    const std::string content = std::string(400'000, 'a') + "\r\n";
+    platform::FaultyFiles faulty(platform::theFiles());
+    const platform::Replaced replaced(platform::replaceFiles, faulty);
+    for (long failing = 1, calls = failing; failing <= calls; ++failing) {
+        const std::string text = folder.write("r.txt", content);
+        const long before = faulty.calls();
+        faulty.failAtCall(failing);
+        TxtToHtml(text.c_str(), 2);
+        calls = faulty.calls() - before;
+        faulty.failAtCall(0);
+        const bool deleted = platform::theFiles().kind(text.c_str()) == platform::FileKind::missing;
+        EXPECT_TRUE(!deleted || folder.read("r.htm").ends_with("a<br>\n</BODY>")) << failing;
+        platform::theFiles().remove(folder.path("r.htm").c_str());
+    }
+}
