@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/install.sh bench
-tools/build.sh linux windows >/dev/null
+KESTRA_BENCHMARKS=ON tools/build.sh linux windows >/dev/null
 wanted() { [ $# -eq 1 ] || [[ " ${*:2} " == *" $1 "* ]]; }
 for program in build/linux/bin/bench_*; do
     name=$(basename "$program")

@@ -3,23 +3,16 @@
 # Needs root (or sudo) only when something is missing.
 set -euo pipefail
 
-# Configuring wants the libraries of the tests and benchmarks too.
-build="git make cmake ninja-build libgtest-dev googletest libfmt-dev libproj-dev proj-bin g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
-declare -A packages=(
-    [build]="$build"
-    [test]="$build wine wine64 clang-14 clang-format-14 libclang-rt-14-dev"
-    [fuzz]="$build clang-14 libclang-rt-14-dev"
-    [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation fonts-wine"
-    [bench]="$build wine wine64"
-    [bench]="$build wine wine64 libabsl-dev libjudy-dev"
-    [proj]="$build proj-bin python3"
-build="git make cmake ninja-build libgtest-dev googletest libfmt-dev libssl-dev g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
+# Configuring wants the libraries of the tests; the peers of the benchmarks are wanted by the benchmarks only.
+build="git make cmake ninja-build libgtest-dev googletest g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
+peers="libfmt-dev libabsl-dev libjudy-dev libproj-dev proj-bin libssl-dev curl"
 declare -A packages=(
     [build]="$build"
     [test]="$build wine wine64 clang-14 clang-format-14 libclang-rt-14-dev python3-aiosmtpd"
     [fuzz]="$build clang-14 libclang-rt-14-dev"
     [demo]="$build wine wine64 xvfb x11-utils imagemagick chromium fonts-liberation fonts-wine"
-    [bench]="$build wine wine64 curl"
+    [bench]="$build wine wine64 $peers"
+    [proj]="$build proj-bin python3"
     [docs]="doxygen graphviz"
     [lint]="$build python3 clang-14 clang-format-14 clang-tidy-14"
 )
