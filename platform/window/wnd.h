@@ -3,8 +3,8 @@
 
 #include <platform/cstring.h>
 #include <platform/export.h>
-#include <platform/window/geometry.h>
 #include <platform/runtime_class.h>
+#include <platform/window/geometry.h>
 #include <platform/window/window_subclass.h>
 
 /// A window object: the base of every control and dialog of the library.
