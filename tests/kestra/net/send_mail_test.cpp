@@ -13,10 +13,10 @@
 #include <platform/clock.h>
 #include <platform/faulty_files.h>
 #include <platform/locale_date.h>
-#include <platform/machine.h>
 #include <platform/replaceable.h>
 
 #include <tests/support/loopback_server.h>
+#include <tests/support/real_mail_server.h>
 #include <tests/support/scripted_sockets.h>
 #include <tests/support/temporary_folder.h>
 
@@ -51,33 +51,6 @@ class MailScript {
 
   private:
     LoopbackServer m_server;
-};
-
-/// The mail server that the tests run beside, and what it received.
-class RealServer {
-  public:
-    RealServer() {
-        const std::string port = platform::theMachine().environment("KESTRA_MAIL_PORT");
-        m_folder = platform::theMachine().environment("KESTRA_MAIL_FOLDER");
-        if (port.empty()) ADD_FAILURE() << "no mail server: run this through tools/with_mail_server.sh";
-        if (platform::theMachine().windowsNtVersion() > 0) m_folder = "Z:" + m_folder;
-        m_port = static_cast<unsigned>(std::atoi(port.c_str()));
-        while (platform::theFiles().kind((m_folder + "/" + std::to_string(m_count + 1) + ".txt").c_str()) ==
-               platform::FileKind::file)
-            ++m_count;
-    }
-    unsigned port() const { return m_port; }
-    /// A file of the next message: "txt", "eml", "0.part", ...
-    std::string next(const std::string& kind) const {
-        std::string content = "(nothing)";
-        platform::readWholeFile((m_folder + "/" + std::to_string(m_count + 1) + '.' + kind).c_str(), content);
-        return content;
-    }
-
-  private:
-    unsigned m_port = 0;
-    int m_count = 0;
-    std::string m_folder;
 };
 
 class OneMoment : public platform::Clock {
@@ -186,7 +159,7 @@ TEST(SendMail, WithoutLoginThereIsNoAuthentication) {
 }
 
 TEST(SendMail, ARealServerGetsWhatWasSent) {
-    const RealServer server;
+    const RealMailServer server;
     const TemporaryFolder folder;
     const std::string big = bytesOf(300'000), line = bytesOf(57), lines = bytesOf(57 * 1024 * 2);
     const std::string files = folder.write("grand.bin", big) + ';' + folder.write("ligne.bin", line) + ';' +
@@ -219,7 +192,7 @@ TEST(SendMail, ARealServerGetsWhatWasSent) {
 TEST(SendMail, SafeLinesReachTheReaderUnharmed) {
     const char body[] = ".cache\r\n.\r\n..deux\nligne\rfin";
     {
-        const RealServer server;
+        const RealMailServer server;
         EXPECT_EQ(SendMailWith(mailSafeLines, "127.0.0.1", server.port(), "", "", "a@b.fr", "c@d.fr", nullptr,
                                body, nullptr),
                   1);
