@@ -9,6 +9,7 @@
 #include <kestra/net/mail_account.h>
 #include <kestra/net/mail_message.h>
 #include <kestra/net/send_mail.h>
+#include <kestra/net/socket_x.h>
 #include <platform/arrays.h>
 #include <platform/clock.h>
 #include <platform/faulty_files.h>
@@ -143,6 +144,15 @@ TEST(SendMail, RepliesOfManyLinesAndLongOnes) {
         MailScript script(replies);
         EXPECT_EQ(script.send(), 1) << hello.size();
     }
+    // An answer without end is not listened to for ever, and a greeting is waited for ten seconds.
+    for (const std::string& greeting : {"220-" + std::string(1'200'000, 'z'), std::string()}) {
+        LoopbackServer server([&](LoopbackServer::Client& client) {
+            client.write(greeting);
+            client.readUntil("never");
+        });
+        EXPECT_EQ(SendMail("127.0.0.1", server.port(), "", "", "a@b.fr", "c@d.fr", "", "", ""), 0);
+        EXPECT_EQ(CSocketX::GetLastError() == 10060, greeting.empty());
+    }
     EXPECT_TRUE(mail::goesOn("250-a\r\n250"));
     EXPECT_FALSE(mail::goesOn("250-a\r\n250 b\r\n"));
     EXPECT_FALSE(mail::goesOn("25"));
@@ -156,6 +166,21 @@ TEST(SendMail, WithoutLoginThereIsNoAuthentication) {
     EXPECT_TRUE(script.received().starts_with("HELO BREN\r\nMAIL FROM: <moi@x.fr>\r\n"));
     MailScript refused({"220 ici\r\n", "250 ok\r\n", "334 \r\n", "334 \r\n", "535 non\r\n"});
     EXPECT_EQ(refused.send("moi"), 0);
+}
+
+TEST(SendMail, KeptALongPasswordGoesOutInSeveralLines) {
+    const std::string password(60, 'p');
+    for (const auto& [options, breaks] : {std::pair{0u, 1}, std::pair{unsigned{mailSafeLines}, 0}}) {
+        ScriptedSockets sockets(
+            "220 \xFF"
+            "250 \xFF"
+            "334 \xFF"
+            "334 \xFF");
+        const platform::Replaced replaced(platform::replaceSockets, sockets);
+        SendMailWith(options, "serveur", 25, "moi", password.c_str(), "a@b.fr", "c@d.fr", "", "", "");
+        const std::string sent = sockets.sent.substr(sockets.sent.find("bW9p\r\n") + 6);
+        EXPECT_EQ(sent.substr(76, 8), breaks == 1 ? "\r\ncHBw\r\n" : "cHBw\r\nQU") << sent;
+    }
 }
 
 TEST(SendMail, ARealServerGetsWhatWasSent) {
