@@ -321,7 +321,10 @@ void numbers() {
 
 }  // namespace
 
-int main() {
+/// Without arguments everything; with numbers only the collections of so many elements.
+int main(int count, char** sizes) {
+    for (int i = 1; i < count; ++i) collections(static_cast<std::size_t>(std::atol(sizes[i])));
+    if (count > 1) return 0;
     collections(100'000);
     collections(1'000'000);
     numbers();
