@@ -18,6 +18,8 @@ constexpr std::int32_t propertiesNotSupported =
 constexpr std::int32_t propertiesNotFound = static_cast<std::int32_t>(0x80030002);  ///< STG_E_FILENOTFOUND
 constexpr std::int32_t propertiesAccessDenied =
     static_cast<std::int32_t>(0x80030005);  ///< STG_E_ACCESSDENIED
+constexpr std::int32_t propertiesTooLarge =
+    static_cast<std::int32_t>(0x80030070);  ///< STG_E_MEDIUMFULL: no room for texts of this length
 
 struct PropertyText {
     DocumentProperty property;

@@ -7,14 +7,23 @@
 
 namespace {
 
+const char* reasonOf(int result) {
+    switch (result) {
+        case platform::propertiesNotFound:
+            return "pas de titre, ou pas de fichier";
+        case platform::propertiesAccessDenied:
+            return "accès refusé";
+        case platform::propertiesTooLarge:
+            return "textes trop longs pour ce système de fichiers";
+        default:
+            return "ce système de fichiers ne garde pas de titre";
+    }
+}
+
 int failed(const std::string& file, int result, Terminal& terminal) {
     char code[16];
     std::snprintf(code, sizeof code, " (%08X)\n", static_cast<unsigned>(result));
-    const char* why = result == platform::propertiesNotFound ? "pas de titre, ou pas de fichier"
-                      : result == platform::propertiesAccessDenied
-                          ? "accès refusé"
-                          : "ce système de fichiers ne garde pas de titre";
-    terminal.error("kestra title : « " + file + " » : " + why + code);
+    terminal.error("kestra title : « " + file + " » : " + reasonOf(result) + code);
     return exitFailed;
 }
 

@@ -31,7 +31,7 @@ std::int32_t resultOf(int error) {
         case EDQUOT:
         case E2BIG:
         case ERANGE:
-            return static_cast<std::int32_t>(0x80030070);
+            return propertiesTooLarge;
         default:
             return propertiesNotSupported;
     }

@@ -11,7 +11,7 @@
 class RecordingMachine : public platform::Machine {
   public:
     std::string computerName() override { return name; }
-    int windowsNtVersion() override { return 0; }
+    int windowsNtVersion() override { return ntVersion; }
     bool openDocument(const char* path) override { return note("open", path, ""); }
     bool run(const char* commandLine) override { return note("run", commandLine, ""); }
     bool classicHelp(const char* file, const char* topic) override { return note("help", file, topic); }
@@ -20,6 +20,7 @@ class RecordingMachine : public platform::Machine {
     std::string environment(const char*) override { return {}; }
 
     std::string name = "POSTE-7";
+    int ntVersion = 0;
     std::vector<std::string> calls;
 
   private:

@@ -95,11 +95,6 @@ TEST(Base64, EveryFormDecodesToItsInputForAllLengths) {
     }
 }
 
-TEST(Base64, BlocksOfFullLinesJoinToTheWhole) {
-    const std::string bytes = mixedBytes(57 * 7 + 58);
-    EXPECT_EQ(encoded(bytes.substr(0, 57 * 3)) + encoded(bytes.substr(57 * 3)), encoded(bytes));
-}
-
 TEST(Base64, OneBufferMeasuredTextsAndRefusedLengths) {
     Base64Encoder encoder;
     const auto* text = reinterpret_cast<const unsigned char*>("Man\0hidden");

@@ -5,12 +5,12 @@
 #include <thread>
 #include <vector>
 
-#include <dorsel/trace.h>
 #include <kestra/net/socket_x.h>
 #include <kestra/net/w_socket.h>
 #include <platform/replaceable.h>
 
 #include <tests/support/loopback_server.h>
+#include <tests/support/recorders.h>
 #include <tests/support/scripted_sockets.h>
 
 namespace {
@@ -27,11 +27,6 @@ void connectTo(CSocketX& socket, const LoopbackServer& server) {
     ASSERT_NE(AfxSocketInit(), 0);
     ASSERT_NE(socket.Create(), 0);
     ASSERT_NE(socket.Connect("127.0.0.1", server.port()), 0) << socket.GetLastError();
-}
-
-std::vector<std::string> g_trace;
-void noteLine(const char* line, bool) {
-    g_trace.emplace_back(line);
 }
 
 }  // namespace
@@ -200,14 +195,17 @@ TEST(WSocket, KeptAReadOfExactly10054BytesCountsAsReset) {
 }
 
 TEST(WSocket, FailuresAreTracedAndAReplyLimitHolds) {
-    g_trace.clear();
-    const TraceOutput before = setTraceOutput(noteLine);
     const std::string host = ownLoopbackAddress();
-    EXPECT_STREQ(CWSocket::ServeurCommand(host.c_str(), "x", 0, 0), "");
-    setTraceOutput(before);
-    ASSERT_EQ(g_trace.size(), 1u);
-    EXPECT_EQ(g_trace[0].substr(0, 39 + host.size()),
-              "Failed to connect.Err=10061," + host + (g_trace[0].ends_with('\n') ? "\n" : ""));
+    {
+        const RecordedTraces traces;
+        EXPECT_STREQ(CWSocket::ServeurCommand(host.c_str(), "x", 0, 0), "");
+        ScriptedSockets sockets("");
+        sockets.canOpen = false;
+        const platform::Replaced replaced(platform::replaceSockets, sockets);
+        EXPECT_STREQ(CWSocket::ServeurCommand("poste", "x", 0, 0), "");
+        EXPECT_EQ(traces.lines(), (std::vector<std::string>{"Failed to connect.Err=10061," + host,
+                                                            "\n Error:0  at socket(): poste"}));
+    }
 
     LoopbackServer silent([](LoopbackServer::Client& client) { client.readUntil("never"); }, host.c_str(),
                           CWSocket::port);
