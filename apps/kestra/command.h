@@ -33,6 +33,7 @@ struct Command {
 extern const Command convertCommand;
 extern const Command projectionsCommand;
 extern const Command sortCommand;
+extern const Command tableCommand;
 
 /// Runs the command that the arguments name, or the host's own `--help`; returns the exit code.
 int runHost(Arguments arguments, Terminal& terminal);

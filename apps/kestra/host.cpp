@@ -9,6 +9,7 @@ const Command* const commands[] = {
     &convertCommand,
     &projectionsCommand,
     &sortCommand,
+    &tableCommand,
 };
 
 bool isHelp(std::string_view argument) {

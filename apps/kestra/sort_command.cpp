@@ -2,6 +2,7 @@
 #include <platform/files.h>
 
 #include "command.h"
+#include "progress_line.h"
 
 namespace {
 
@@ -33,23 +34,6 @@ std::string readArguments(Arguments arguments, SortArguments& wanted) {
     }
     return wanted.file.empty() ? "il manque le fichier à trier" : "";
 }
-
-/// The percentage of a sort on one line that is wiped out at the end.
-class ProgressLine {
-  public:
-    explicit ProgressLine(Terminal& terminal) : m_terminal(terminal) {}
-    ~ProgressLine() {
-        if (m_shown) m_terminal.error("\r             \r");
-    }
-    void show(int percent) {
-        m_shown = true;
-        m_terminal.error("\rTri : " + std::to_string(percent) + " %");
-    }
-
-  private:
-    Terminal& m_terminal;
-    bool m_shown = false;
-};
 
 std::string_view failureText(kestra::LineSortOutcome outcome) {
     switch (outcome) {
@@ -96,8 +80,8 @@ int run(Arguments arguments, Terminal& terminal) {
     };
     kestra::LineSortResult result{};
     {
-        ProgressLine line(terminal);
-        if (terminal.errorIsWatched() && platform::theFiles().size(request.file) > largeFile)
+        ProgressLine line(terminal, "Tri");
+        if (line.isWatched() && platform::theFiles().size(request.file) > largeFile)
             request.progress = [&](int percent) { line.show(percent); };
         result = kestra::sortLines(request);
     }

@@ -158,6 +158,22 @@ int MyRecordsetPtr::Find(const char* criteria, int skip, int fromFirst) {
     });
 }
 
+long MyRecordsetPtr::Filter(const char* criteria) {
+    return attempt(*this, "MyRecordsetPtr::Filter", -1L, [&] {
+        m_pRecordset->PutFilter(criteria != nullptr ? criteria : "");
+        m_Position = 0;
+        return 0L;
+    });
+}
+
+long MyRecordsetPtr::Sort(const char* fields) {
+    return attempt(*this, "MyRecordsetPtr::Sort", -1L, [&] {
+        m_pRecordset->PutSort(fields != nullptr ? fields : "");
+        m_Position = 0;
+        return 0L;
+    });
+}
+
 long MyRecordsetPtr::AddNew() {
     return attempt(*this, "MyRecordsetPtr::AddNew", -1L, [&] { return long{m_pRecordset->AddNew()}; });
 }

@@ -66,6 +66,11 @@ class KESTRA_API MyRecordsetPtr {
     /// Goes to the first record, when `fromFirst` is not 0, then on to the record that meets `criteria`
     /// (`ado20::_Recordset::Find`), passing over `skip` records. Its position (-4 when there is none); -1.
     int Find(const char* criteria, int skip, int fromFirst);
+    /// Shows only the records that meet criteria joined by AND and OR, or in the order of fields, each with
+    /// ASC or DESC (`ado20::_Recordset::PutFilter`, `PutSort`); empty for all, and for the order of opening.
+    /// The first record becomes current. 0; -1.
+    long Filter(const char* criteria);
+    long Sort(const char* fields);
 
     long AddNew();
     /// Writes what is pending. On a failure it stays so, but is dropped with bit 0 of `cancelOnError`.
