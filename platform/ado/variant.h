@@ -29,10 +29,10 @@ enum class VarType : std::uint16_t {
 
 /// A decimal number: (high:low) / 10^scale, 96 bits, scale 0 to 28.
 struct Decimal {
-    std::uint64_t low = 0;
-    std::uint32_t high = 0;
-    std::uint8_t scale = 0;
-    bool negative = false;
+    std::uint64_t low;
+    std::uint32_t high;
+    std::uint8_t scale;
+    bool negative;
     friend bool operator==(const Decimal&, const Decimal&) = default;
 };
 
