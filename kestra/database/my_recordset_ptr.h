@@ -1,6 +1,5 @@
 #pragma once
 #include <cstdint>
-#include <type_traits>
 
 #include <kestra/database/database.h>
 #include <platform/ole_date_time.h>
@@ -110,6 +109,7 @@ class KESTRA_API MyRecordsetPtr {
     bool SetValue(long index, double value);
     /// So that literal numbers need no suffix.
     bool GetValue(int index, auto& value) { return GetValue(static_cast<long>(index), value); }
+    bool SetValue(long index, int value) { return SetValue(index, static_cast<long>(value)); }
     bool SetValue(int index, auto value) { return SetValue(static_cast<long>(index), value); }
     bool SetValue(const char* name, int value) { return SetValue(name, static_cast<long>(value)); }
 

@@ -159,7 +159,9 @@ TEST(Database, DataLinksAreMadeAndEdited) {
         EXPECT_EQ(machine.calls,
                   c.edited.empty() ? std::vector<std::string>() : std::vector{"open|" + c.edited + "|"});
         EXPECT_EQ(prompt.texts.size(), c.path == folder.path("refus.udl") ? 1u : 0u);
-        if (c.path == folder.path("neuf")) EXPECT_EQ(database.m_Path, c.edited.c_str());
+        if (c.path == folder.path("neuf")) {
+            EXPECT_EQ(database.m_Path, c.edited.c_str());
+        }
     }
     EXPECT_FALSE(isThere(folder.path("refus.udl")));
     EXPECT_EQ(folder.read("lien.udl"), "[oledb]");

@@ -1,6 +1,7 @@
 #include <kestra/database/my_recordset_ptr.h>
 #include <kestra/variables/variable.h>
 
+#include <cstring>
 #include <functional>
 
 #include "test_database.h"

@@ -101,7 +101,9 @@ TEST(RecordsetValues, WhatCannotBeReadResetsTheValueWithoutAWord) {
             EXPECT_STREQ(records.GetStrValue(index), "");
         }
         EXPECT_FALSE(records.SetValue("RIEN", 1) || records.SetValue(99, "x"));
-        if (round != 1) EXPECT_FALSE(records.SetValue("REEL", 1.5));
+        if (round != 1) {
+            EXPECT_FALSE(records.SetValue("REEL", 1.5));
+        }
     }
     EXPECT_EQ(errorLines(), std::vector<std::string>());
 }
@@ -142,7 +144,9 @@ TEST(RecordsetValues, AVariableTakesANumberOrAText) {
         CVariable variable("v", CString("avant"));
         EXPECT_EQ(records.GetValue(c.name, variable), c.result) << c.name;
         EXPECT_EQ(variable.m_type, c.type) << c.name;
-        if (c.type == CVariable::vtNumber) EXPECT_EQ(variable.m_value.number, c.number);
+        if (c.type == CVariable::vtNumber) {
+            EXPECT_EQ(variable.m_value.number, c.number);
+        }
         EXPECT_STREQ(variable.lpctstr(), c.text);
     }
     CVariable textWithoutBuffer("v", CVariable::vtText, nullptr);
