@@ -75,11 +75,12 @@ const char* readText(const _RecordsetPtr& recordset, auto field) {
     return text.c_str();
 }
 
-/// Null for a field that does not exist.
+/// Null for a field that an open recordset does not have.
 FieldPtr existingField(const _RecordsetPtr& recordset, const char* name) try {
     return fieldOf(recordset, name);
 } catch (const _com_error& error) {
-    if (error.Error() == ado20::hrItemNotFound) return nullptr;
+    const bool isOpen = recordset && recordset->GetState() != ado20::adStateClosed;
+    if (isOpen && error.Error() == ado20::hrItemNotFound) return nullptr;
     throw;
 }
 

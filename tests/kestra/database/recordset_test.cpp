@@ -18,9 +18,8 @@ const char* const thirtyTable =
     "CREATE TABLE T (NUM INTEGER NOT NULL PRIMARY KEY, Nom VARCHAR(20), Date_Leve DATETIME)";
 
 long number(MyRecordsetPtr& records) {
-    long value = -100;
-    records.GetValue("NUM", value);
-    return value;
+    long value = 0;
+    return records.GetValue("NUM", value) ? value : -100;
 }
 
 }  // namespace
@@ -207,7 +206,7 @@ TEST(Recordset, EditingIsWrittenKeptOrDropped) {
     EXPECT_EQ(records.Update(1), -1);
     EXPECT_EQ(records.m_pRecordset->GetEditMode(), ado20::adEditNone);
     ASSERT_EQ(errorLines().size(), 2u);
-    EXPECT_EQ(errorLines()[1].substr(0, 35), "\n ***Erreur MyRecordsetPtr::Update()");
+    EXPECT_EQ(errorLines()[1].substr(0, 36), "\n ***Erreur MyRecordsetPtr::Update()");
     EXPECT_EQ(records.m_LastError.m_Code, ado20::hrIntegrityViolation);
     EXPECT_EQ(records.GetRecordCount(), 31);
 
