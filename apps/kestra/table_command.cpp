@@ -2,7 +2,7 @@
 
 #include <kestra/database/my_recordset_ptr.h>
 
-#include "command.h"
+#include "options.h"
 #include "progress_line.h"
 #include "table_rows.h"
 #include "table_writers.h"
@@ -17,43 +17,16 @@ struct Request {
     bool csv = false;
 };
 
-/// Takes an option that has a value; false for any other word.
-bool takeOption(const std::string& option, const std::string& value, Request& request) {
-    struct {
-        const char* name;
-        std::string Request::*text;
-    } const options[] = {
-        {"--html", &Request::html}, {"--where", &Request::where}, {"--sort", &Request::sort}};
-    for (const auto& known : options) {
-        if (option != known.name) continue;
-        request.*known.text = value;
-        return true;
-    }
-    return false;
-}
-
 /// Empty when the command line is sound.
-std::string readRequest(Arguments arguments, Request& request) {
-    bool areOptions = true;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& word = arguments[i];
-        if (areOptions && word == "--") {
-            areOptions = false;
-        } else if (areOptions && word == "--csv") {
-            request.csv = true;
-        } else if (areOptions && word.starts_with("--")) {
-            if (i + 1 == arguments.size()) return "valeur absente derrière « " + word + " »";
-            if (!takeOption(word, arguments[++i], request)) return "option inconnue « " + word + " »";
-        } else if (request.database.empty()) {
-            request.database = word;
-        } else if (request.table.empty()) {
-            request.table = word;
-        } else {
-            return "« " + word + " » est de trop";
-        }
-    }
-    if (request.csv && !request.html.empty()) return "--csv ou --html, pas les deux";
-    return request.database.empty() ? "il manque la base de données" : "";
+std::string readRequest(const Options& options, Request& request) {
+    if (!options.fault().empty()) return options.fault();
+    request.database = options.word(0);
+    request.table = options.optionalWord(1);
+    request.html = options.text("--html");
+    request.where = options.text("--where");
+    request.sort = options.text("--sort");
+    request.csv = options.has("--csv");
+    return request.csv && !request.html.empty() ? "--csv ou --html, pas les deux" : "";
 }
 
 int fail(Terminal& terminal, const std::string& what, std::string_view why) {
@@ -110,8 +83,10 @@ int openAndShow(const _ConnectionPtr& connection, const Request& request, Termin
 }
 
 int run(Arguments arguments, Terminal& terminal) {
+    const Options options(arguments, {"--html", "--where", "--sort"}, {"--csv"},
+                          {"la base de données", "la table"}, 1);
     Request request;
-    if (const std::string fault = readRequest(arguments, request); !fault.empty())
+    if (const std::string fault = readRequest(options, request); !fault.empty())
         return refuseUsage(tableCommand, fault, terminal);
     Database database;
     const _ConnectionPtr connection =

@@ -5,7 +5,7 @@
 #include <kestra/project/chantier.h>
 #include <platform/cp1252.h>
 
-#include "../../support/settings_folders.h"
+#include <tests/support/settings_folders.h>
 #include "test_database.h"
 
 namespace {

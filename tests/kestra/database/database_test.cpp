@@ -3,7 +3,7 @@
 #include <kestra/frame/frame_hooks.h>
 #include <platform/files.h>
 
-#include "../../support/settings_folders.h"
+#include <tests/support/settings_folders.h>
 #include "test_database.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <platform/clock.h>
 #include <platform/replaceable.h>
 
-#include "../../support/recorders.h"
-#include "../../support/temporary_folder.h"
+#include <tests/support/recorders.h>
+#include <tests/support/temporary_folder.h>
 
 /// A real database in a folder of its own, with the statements that a test needs run on it.
 class TestDatabase {

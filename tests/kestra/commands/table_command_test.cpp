@@ -1,18 +1,5 @@
-#include <apps/kestra/command.h>
-
-#include "test_database.h"
-
-namespace {
-
-class KeptTerminal : public Terminal {
-  public:
-    void output(std::string_view text) override { out += text; }
-    void error(std::string_view text) override { err += text; }
-    bool errorIsWatched() const override { return true; }
-    std::string out, err;
-};
-
-}  // namespace
+#include <tests/kestra/database/test_database.h>
+#include <tests/support/kept_terminal.h>
 
 TEST(TableCommand, AnswersWithTextsAndExitCodes) {
     const TestDatabase data(
