@@ -23,11 +23,12 @@ std::string textOf(long number) {
 
 _ConnectionPtr open(const char* file) {
     Database database;
-    const bool isNew = platform::theFiles().size(file) <= 0;
-    if (isNew && *database.CreateDatabase(file) == '\0') return nullptr;
+    const bool isThere = platform::theFiles().kind(file) == platform::FileKind::file;
+    if (!isThere && *database.CreateDatabase(file) == '\0') return nullptr;
     const _ConnectionPtr connection = database.OpenDB(file, 0, ado20::adUseClient);
-    if (isNew && connection)
-        connection->Execute("CREATE TABLE T (NUM INTEGER NOT NULL PRIMARY KEY, TEXTE MEMO)");
+    // The program may have been killed before the table was there.
+    if (connection)
+        connection->Execute("CREATE TABLE IF NOT EXISTS T (NUM INTEGER NOT NULL PRIMARY KEY, TEXTE MEMO)");
     return connection;
 }
 
