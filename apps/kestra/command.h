@@ -36,6 +36,7 @@ extern const Command mailCommand;
 extern const Command projectionsCommand;
 extern const Command requestCommand;
 extern const Command sortCommand;
+extern const Command tableCommand;
 extern const Command titleCommand;
 
 /// Runs the command that the arguments name, or the host's own `--help`; returns the exit code.

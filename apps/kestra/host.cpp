@@ -7,7 +7,7 @@ namespace {
 const Command* const commands[] = {
     // one command a line
     &convertCommand, &htmlCommand, &mailCommand,  &projectionsCommand,
-    &requestCommand, &sortCommand, &titleCommand,
+    &requestCommand, &sortCommand, &tableCommand, &titleCommand,
 };
 
 bool isHelp(std::string_view argument) {

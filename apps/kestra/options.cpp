@@ -10,7 +10,8 @@ bool isOneOf(std::string_view word, Options::Names names) {
 
 }  // namespace
 
-Options::Options(Arguments arguments, Names withValue, Names withoutValue, Names words) {
+Options::Options(Arguments arguments, Names withValue, Names withoutValue, Names words,
+                 std::size_t optional) {
     bool optionsEnded = false;
     for (std::size_t i = 0; i < arguments.size() && m_fault.empty(); ++i) {
         const std::string& word = arguments[i];
@@ -23,7 +24,7 @@ Options::Options(Arguments arguments, Names withValue, Names withoutValue, Names
         else
             m_words.push_back(word);
     }
-    if (m_fault.empty() && m_words.size() < words.size())
+    if (m_fault.empty() && m_words.size() + optional < words.size())
         m_fault = "il manque " + std::string(words.begin()[m_words.size()]);
 }
 

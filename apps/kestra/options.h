@@ -8,14 +8,15 @@
 #include "command.h"
 
 /// The words of a command line, told apart: options with a value ("--to ADRESSE" or "--to=ADRESSE"), options
-/// without ("--open"), and the words that are no options, each of which has to be there. What follows "--" is
-/// never an option, nor is a "-" alone.
+/// without ("--open"), and the words that are no options, each of which has to be there unless it is said
+/// that it may be left out. What follows "--" is never an option, nor is a "-" alone.
 class Options {
   public:
     using Names = std::initializer_list<std::string_view>;
 
-    /// `words` name what the other words are, in their order, for the user: "le fichier à trier".
-    Options(Arguments arguments, Names withValue, Names withoutValue, Names words);
+    /// `words` name what the other words are, in their order, for the user: "le fichier à trier"; the last
+    /// `optional` ones may be left out.
+    Options(Arguments arguments, Names withValue, Names withoutValue, Names words, std::size_t optional = 0);
 
     /// What is wrong, for `refuseUsage`; empty when nothing is.
     const std::string& fault() const { return m_fault; }
@@ -28,6 +29,8 @@ class Options {
     std::string list(std::string_view option) const;
     /// One of the words that are no options; only without a fault.
     const std::string& word(std::size_t index) const { return m_words[index]; }
+    /// The same for one that may be left out; empty then.
+    std::string optionalWord(std::size_t index) const { return index < m_words.size() ? m_words[index] : ""; }
 
   private:
     /// Takes the option at `index`, and its value; the index of the last argument taken.

@@ -2,28 +2,12 @@
 #include <platform/files.h>
 
 #include "options.h"
+#include "progress_line.h"
 
 namespace {
 
 /// Progress is shown for files above this size.
 constexpr std::int64_t largeFile = 50'000'000;
-
-/// The percentage of a sort on one line that is wiped out at the end.
-class ProgressLine {
-  public:
-    explicit ProgressLine(Terminal& terminal) : m_terminal(terminal) {}
-    ~ProgressLine() {
-        if (m_shown) m_terminal.error("\r             \r");
-    }
-    void show(int percent) {
-        m_shown = true;
-        m_terminal.error("\rTri : " + std::to_string(percent) + " %");
-    }
-
-  private:
-    Terminal& m_terminal;
-    bool m_shown = false;
-};
 
 std::string_view failureText(kestra::LineSortOutcome outcome) {
     switch (outcome) {
@@ -69,8 +53,8 @@ int run(Arguments arguments, Terminal& terminal) {
     };
     kestra::LineSortResult result{};
     {
-        ProgressLine line(terminal);
-        if (terminal.errorIsWatched() && platform::theFiles().size(request.file) > largeFile)
+        ProgressLine line(terminal, "Tri");
+        if (line.isWatched() && platform::theFiles().size(request.file) > largeFile)
             request.progress = [&](int percent) { line.show(percent); };
         result = kestra::sortLines(request);
     }
