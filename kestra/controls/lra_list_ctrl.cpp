@@ -136,14 +136,6 @@ int CLraListCtrl::GetValue(int row, int col, CString& out) {
     return 1;
 }
 
-int CLraListCtrl::SaveHeadToReg(const char*, HKEY*) {
-    return 0;
-}
-
-int CLraListCtrl::LoadHeadFromReg(const char*, int, HKEY*) {
-    return 0;
-}
-
 CLraListCtrl::LraListColum* CLraListCtrl::GetMyListHeader(int col) {
     if (m_HeaderCtrl.m_hWnd == nullptr) return nullptr;
     m_nColumns = m_HeaderCtrl.GetItemCount();
@@ -193,6 +185,11 @@ void CLraListCtrl::makeRoomForCaption(const char* caption) {
     const std::string_view text(caption);
     if (1 + std::count(text.begin(), text.end(), '\n') <= m_HeaderCtrl.m_nLines) return;
     m_HeaderCtrl.CalculHeight();
+    layOutHeader();
+}
+
+/// Makes the platform's list ask its header again how high it is.
+void CLraListCtrl::layOutHeader() {
     const CRect client = GetClientRect();
     SendMessage(WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.Width(), client.Height()));
 }
