@@ -47,6 +47,10 @@ std::vector<int> arranged(const std::vector<int>& display, const std::vector<std
     return result;
 }
 
+bool isPlace(const std::optional<std::int32_t>& place) {
+    return place && *place >= 0 && *place < mostColumns;
+}
+
 bool isWidth(const std::optional<std::int32_t>& width) {
     return width && *width >= -widestColumn && *width <= widestColumn;
 }
@@ -67,7 +71,7 @@ class Planner {
         ColumnChange change{target, {}, {}};
         const bool widthGood = takeWidth(stored, change);
         const bool orderWanted = wanted(everyOrder, placeOf(target));
-        const bool whole = widthGood && (!orderWanted || stored.order);
+        const bool whole = widthGood && (!orderWanted || isPlace(stored.order));
         if (whole) {
             change.caption = stored.name;
             if (orderWanted) moveTo(target, *stored.order);

@@ -8,9 +8,9 @@
 /// What a saved column layout does to a list, as plain functions over plain data: where it is kept, which of
 /// its columns meets which of the list's, what is restored. Private to this folder.
 ///
-/// Saved values may be anything: missing, or numbers that no list can have. Widths count within
-/// `widestColumn` either way, beyond which they are as good as missing; positions may be any numbers, only
-/// their order counts where they do not fit.
+/// Saved values may be anything: missing, or numbers that no list can have. Widths beyond `widestColumn`
+/// either way, negative positions and those from `mostColumns` on are as good as missing; of other positions
+/// that do not fit, because two are alike or there are fewer columns, only the order counts.
 namespace controls {
 
 constexpr int widestColumn = 10000;

@@ -42,19 +42,24 @@ class LayoutKey {
     platform::RegistryKey m_own;
 };
 
-std::optional<controls::StoredColumn> readColumn(HKEY layout, int index) {
-    platform::RegistryKey key;
-    if (key.open(layout, controls::columnKeyName(index).c_str(), KEY_READ) != ERROR_SUCCESS) return {};
-    return controls::StoredColumn{platform::readText(key.get(), "Name", controls::longestCaption + 1),
-                                  platform::readNumber(key.get(), "Width"),
-                                  platform::readNumber(key.get(), "Order")};
-}
-
-std::vector<std::optional<controls::StoredColumn>> readColumns(HKEY layout, int count) {
+/// The saved columns; those whose keys are there but do not open are counted besides.
+struct SavedColumns {
     std::vector<std::optional<controls::StoredColumn>> columns;
-    for (int index = 0; index < count; ++index) columns.push_back(readColumn(layout, index));
-    return columns;
-}
+    int closed = 0;
+
+    void read(HKEY layout) {
+        platform::RegistryKey key;
+        const std::string name = controls::columnKeyName(static_cast<int>(columns.size()));
+        const LSTATUS status = key.open(layout, name.c_str(), KEY_READ);
+        columns.emplace_back();
+        if (status != ERROR_SUCCESS) {
+            closed += status != ERROR_FILE_NOT_FOUND ? 1 : 0;
+            return;
+        }
+        columns.back() = {platform::readText(key.get(), "Name", controls::longestCaption + 1),
+                          platform::readNumber(key.get(), "Width"), platform::readNumber(key.get(), "Order")};
+    }
+};
 
 controls::ShownColumn shownColumn(CLraListCtrl& list, int col) {
     std::array<char, controls::longestCaption + 1> caption = {};
@@ -127,7 +132,9 @@ int CLraListCtrl::LoadHeadFromReg(const char* name, int flags, HKEY* key) {
     const auto sort = platform::readNumber(layout.get(), "m_ColSort");
     if (sort && *sort >= -lastSortState && *sort <= lastSortState) m_ColSort = *sort;
     if (!columns || *columns < 0 || *columns > controls::mostColumns) {
-        if (readColumn(layout.get(), 0)) m_unreadLayout = path.c_str();
+        SavedColumns first;
+        first.read(layout.get());
+        if (first.columns[0] || first.closed > 0) m_unreadLayout = path.c_str();
         return 0;
     }
     if ((flags & controls::matchByCaption) == 0 && *columns != m_HeaderCtrl.GetItemCount()) return 0;
@@ -138,9 +145,19 @@ int CLraListCtrl::restoreColumns(HKEY layout, int stored, int flags) {
     std::vector<controls::ShownColumn> shown;
     for (int col = 0; col < m_HeaderCtrl.GetItemCount(); ++col) shown.push_back(shownColumn(*this, col));
     if (shown.empty()) return 0;
-    const controls::LayoutPlan plan = controls::planLayout(readColumns(layout, stored), shown, flags);
-    if (plan.restored == 0 && plan.damaged > 0) m_unreadLayout = pathOf(m_RegName).c_str();
+    SavedColumns saved;
+    while (static_cast<int>(saved.columns.size()) < stored) saved.read(layout);
+    const controls::LayoutPlan plan = controls::planLayout(saved.columns, shown, flags);
+    if (plan.restored == 0 && plan.damaged + saved.closed > 0) m_unreadLayout = pathOf(m_RegName).c_str();
+    carryOut(plan);
+    if (plan.restored > 0) {
+        m_HeaderCtrl.CalculHeight();
+        layOutHeader();
+    }
+    return plan.restored;
+}
 
+void CLraListCtrl::carryOut(const controls::LayoutPlan& plan) {
     const platform::RedrawOff held(m_hWnd);
     for (const controls::ColumnChange& change : plan.changes) {
         if (change.width) SetColumnWidth(change.column, *change.width);
@@ -150,9 +167,4 @@ int CLraListCtrl::restoreColumns(HKEY layout, int stored, int flags) {
         SendMessage(LVM_SETCOLUMNORDERARRAY, plan.display.size(),
                     reinterpret_cast<LPARAM>(plan.display.data()));
     }
-    if (plan.restored > 0) {
-        m_HeaderCtrl.CalculHeight();
-        layOutHeader();
-    }
-    return plan.restored;
 }

@@ -11,6 +11,9 @@
 
 class CMenu;
 class ListSortTable;
+namespace controls {
+struct LayoutPlan;
+}
 
 /// The report list on which every list of the library is built: a record per column, sorting by a click on a
 /// caption, a header menu, columns fitted to their cells, Ctrl+A, a row height, export and a saved layout.
@@ -182,6 +185,7 @@ class KESTRA_API CLraListCtrl : public CListCtrl {
     void layOutHeader();
     void saveLayoutAtTheEnd();
     int restoreColumns(HKEY layout, int stored, int flags);
+    void carryOut(const controls::LayoutPlan& plan);
     void releaseHeightImages();
     void drawCell(HDC dc, int row, int col, const RECT& rect);
 
