@@ -1,13 +1,11 @@
 #pragma once
 #include <windows.h>
 
-#include <array>
 #include <cstdint>
 
 #include <kestra/dialogs/ret_edit.h>
 #include <platform/export.h>
-#include <platform/window/controls.h>
-#include <platform/window/handles.h>
+#include <platform/window/wnd.h>
 
 class CRecordButton;
 
@@ -63,7 +61,7 @@ class KESTRA_API CRecordButton : public CWnd {
     int Count() const { return m_count; }
 
     /// Ids of the parts below this window.
-    enum Part : int { first = 1, previous, number, next, last, added, total, partCount = total };
+    enum Part : int { first = 1, previous, number, next, last, added, total };
 
   protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -73,12 +71,11 @@ class KESTRA_API CRecordButton : public CWnd {
     void createParts();
     void createTips();
     void placeParts();
+    void setPartFont(HFONT font);
     void enableParts();
     void showNumbers();
     void press(int part);
     void moveTo(int record);
-    void takeTypedNumber();
-    void drawArrow(const DRAWITEMSTRUCT& draw) const;
 
     RecordTarget* m_target = nullptr;
     std::int32_t m_record = 0;

@@ -27,4 +27,5 @@ class KESTRA_API CRetEdit : public CEdit {
 
   private:
     bool keepsReturn() const;
+    void tellReturn();
 };
