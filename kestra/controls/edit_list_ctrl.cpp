@@ -172,6 +172,8 @@ int CEditListCtrl::LinkRecordButton(CRecordButton* button) {
     if (m_pRecordButton != nullptr && m_pRecordButton != button) m_pRecordButton->Link(nullptr);
     m_pRecordButton = button;
     if (button == nullptr) return 0;
+    RecordTarget* const before = button->Target();
+    if (before != nullptr && before != this) before->RecordButtonGone(*button);
     button->Link(this);
     button->SetRecord(m_FocusRow + 1, m_hWnd != nullptr ? GetItemCount() : 0);
     button->Refresh();

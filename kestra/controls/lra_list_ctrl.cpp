@@ -188,10 +188,16 @@ void CLraListCtrl::makeRoomForCaption(const char* caption) {
     layOutHeader();
 }
 
-/// Makes the platform's list ask its header again how high it is.
+/// Makes the platform's list ask its header again how high it is, as when it has another size. Some platforms
+/// do so at WM_SIZE, which this message leads to, others at this one.
 void CLraListCtrl::layOutHeader() {
-    const CRect client = GetClientRect();
-    SendMessage(WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.Width(), client.Height()));
+    const CRect place = GetWindowRect();
+    WINDOWPOS same = {};
+    same.hwnd = m_hWnd;
+    same.cx = place.Width();
+    same.cy = place.Height();
+    same.flags = SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
+    SendMessage(WM_WINDOWPOSCHANGED, 0, reinterpret_cast<LPARAM>(&same));
 }
 
 int CLraListCtrl::DeleteColumn(int col) {

@@ -126,7 +126,8 @@ TEST_F(ListLayout, ACaptionOfMoreLinesMakesTheHeaderHigher) {
     TestList again(parent, 4);
     const LONG before = again.m_HeaderCtrl.GetWindowRect().Height();
     again.LoadHeadFromReg(path.c_str(), 0, nullptr);
-    EXPECT_GT(again.m_HeaderCtrl.GetWindowRect().Height(), 2 * before);
+    EXPECT_GT(again.m_HeaderCtrl.GetWindowRect().Height(), 2 * before)
+        << again.m_HeaderCtrl.m_nLines << " " << again.m_HeaderCtrl.m_Height << shown(again);
 }
 
 TEST_F(ListLayout, TheKeyMayBeTheCallersAndIsThenNotCleared) {
