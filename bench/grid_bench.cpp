@@ -4,6 +4,7 @@
 
 #include <bench/side_by_side.h>
 #include <kestra/controls/edit_list_ctrl.h>
+#include <platform/window/handles.h>
 #include <tests/support/counted_registry.h>
 #include <tests/ui/ui_support.h>
 
