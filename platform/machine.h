@@ -16,12 +16,17 @@ class DORSEL_API Machine {
     /// Opens a document, a folder or an address with the program that the shell has for it, shown normally,
     /// and does not wait for it. False when there is none or it could not be started.
     virtual bool openDocument(const char* path) = 0;
+    /// Opens a document as above and comes back when the program that shows it has ended; the program's
+    /// window belongs to the one in front. Where the end of a program cannot be told it does not wait.
+    virtual bool editDocument(const char* path) { return openDocument(path); }
     /// Starts a command line and does not wait for it. False when it could not be started.
     virtual bool run(const char* commandLine) = 0;
     /// Opens a classic help file at a topic (a keyword; none: its contents). False when there is no viewer.
     virtual bool classicHelp(const char* file, const char* topic) = 0;
     /// Opens a compiled HTML help file at a page or keyword. False when there is no viewer.
     virtual bool htmlHelp(const char* file, const char* command) = 0;
+    /// Number of the running process; 0 when it cannot be told.
+    virtual unsigned long processId() { return 0; }
     /// A line for a debugger's output or, without one, standard error; the text is Windows-1252.
     virtual void debugLine(const char* text) = 0;
     /// Value of an environment variable as Windows-1252 text; empty when it is not set.

@@ -1,4 +1,8 @@
 #pragma once
+#include <functional>
+#include <string>
+#include <vector>
+
 #include <platform/export.h>
 
 /// Questions and messages to the user, replaceable for a test.
@@ -26,7 +30,30 @@ enum Style : unsigned {
     iconError = 0x10,
     iconQuestion = 0x20,
     iconExclamation = 0x30,
-    iconInformation = 0x40
+    iconInformation = 0x40,
+    secondIsDefault = 0x100  ///< Enter presses the second button
+};
+
+/// Asks for a file to open.
+struct FileQuestion {
+    std::string path;       ///< the text that the user starts from; then the whole path of the file chosen
+    std::string extension;  ///< added to a name without one; without its dot, empty for none
+    std::string filter;     ///< pairs of a label and patterns, each ended by '|': "Tous|*.*||"
+    unsigned style = 0;     ///< style bits of the Windows file dialog
+};
+
+/// Asks for one text of a list that check boxes widen and narrow.
+struct ListQuestion {
+    struct Box {
+        std::string label;
+        bool isChecked = false;
+    };
+    std::string caption;
+    std::vector<Box> boxes;
+    std::vector<std::string> entries;
+    int selected = -1;  ///< index of the entry, -1 for none
+    /// To be called when a box was changed: fills `entries` and `selected` anew.
+    std::function<void(ListQuestion&)> refill;
 };
 
 class DORSEL_API Prompt {
@@ -36,6 +63,9 @@ class DORSEL_API Prompt {
     /// Where there is no screen the text goes to standard error and the answer is the one that changes
     /// nothing: cancel, else no, else ignore, else OK.
     virtual Answer ask(unsigned style, const char* text, const char* caption) = 0;
+    /// False when the user gave up, as where nobody can be asked: the question is then as it was.
+    virtual bool chooseFile(FileQuestion& question);
+    virtual bool chooseText(ListQuestion& question);
 };
 
 DORSEL_API Prompt& thePrompt();

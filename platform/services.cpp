@@ -10,6 +10,13 @@ Clock::~Clock() = default;
 Machine::~Machine() = default;
 Prompt::~Prompt() = default;
 
+bool Prompt::chooseFile(FileQuestion&) {
+    return false;
+}
+bool Prompt::chooseText(ListQuestion&) {
+    return false;
+}
+
 Answer neutralAnswer(unsigned style) {
     switch (style & 0xF) {
         case styleOkCancel:

@@ -4,7 +4,9 @@
 set -euo pipefail
 
 # Configuring wants the libraries of the tests; the peers of the benchmarks are wanted by the benchmarks only.
-build="git make cmake ninja-build libgtest-dev googletest g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64"
+build="git make cmake ninja-build libgtest-dev googletest g++-12 g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libsqlite3-dev"
+# What tools/sqlite_windows.sh needs.
+build="$build gcc dpkg-dev tcl xz-utils"
 peers="libfmt-dev libabsl-dev libjudy-dev libproj-dev proj-bin libssl-dev curl"
 declare -A packages=(
     [build]="$build"

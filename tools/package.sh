@@ -3,5 +3,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/build.sh linux windows
+tools/sample_database.sh
 for preset in linux windows; do (cd "build/$preset" && cpack >/dev/null); done
 ls -l dist

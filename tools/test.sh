@@ -58,6 +58,8 @@ for corpus in fuzz/corpus/*/; do
     run_check "replay $target (linux-asan)" "build/linux-asan/bin/replay_$target" "$corpus"
     run_check "replay $target (windows)" tools/wine.sh "build/windows/bin/replay_$target.exe" "$corpus"
 done
+run_check "nothing committed is lost, linux" tools/kill_loop.sh linux 8
+run_check "nothing committed is lost, windows" tools/kill_loop.sh windows 4
 run_check "exported names" tools/exports.sh
 run_check "arrows between the rooms" tools/arrows.sh
 run_check "format" tools/format.sh --check

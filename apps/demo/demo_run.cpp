@@ -1,6 +1,7 @@
 #include "demo_run.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include <dorsel/globals.h>
 #include <platform/cp1252.h>
@@ -52,7 +53,11 @@ int DemoRun::run(const char* project) {
     fitColumn();
     print();
     copy();
-    waitForPicture();
+    waitForPicture("window");
+    openTable();
+    sortTable();
+    printTable();
+    waitForPicture("table");
     platform::replaceWholeFile((m_folder + "rapport.txt").c_str(), m_report);
     return m_good ? 0 : 1;
 }
@@ -89,9 +94,9 @@ bool DemoRun::waitUntil(bool (*done)(DemoRun&), int milliseconds) {
     return false;
 }
 
-void DemoRun::clickHeader(int x, int clicks) {
-    POINT place = {x, m_window.m_list.GetHeaderCtrl()->GetItemRect(0).bottom / 2};
-    m_window.m_list.GetHeaderCtrl()->ClientToScreen(&place);
+void DemoRun::clickHeader(CLraListCtrl& list, int x, int clicks) {
+    POINT place = {x, list.GetHeaderCtrl()->GetItemRect(0).bottom / 2};
+    list.GetHeaderCtrl()->ClientToScreen(&place);
     mouse(0, place.x, place.y);
     for (int i = 0; i < clicks; ++i) {
         mouse(MOUSEEVENTF_LEFTDOWN, place.x, place.y);
@@ -110,7 +115,7 @@ bool DemoRun::isSorted(int column) {
 
 void DemoRun::sortByClick() {
     const RECT caption = m_window.m_list.GetHeaderCtrl()->GetItemRect(VariableList::name);
-    clickHeader((caption.left + caption.right) / 2, 1);
+    clickHeader(m_window.m_list, (caption.left + caption.right) / 2, 1);
     constexpr int ascending = VariableList::name + 1;
     const bool clicked =
         waitUntil([](DemoRun& run) { return run.m_window.m_list.m_ColSort == ascending; }, patience);
@@ -133,7 +138,7 @@ void DemoRun::fitColumn() {
     VariableList& list = m_window.m_list;
     static int before;
     before = list.GetColumnWidth(VariableList::value);
-    clickHeader(list.GetHeaderCtrl()->GetItemRect(VariableList::value).right - 2, 2);
+    clickHeader(list, list.GetHeaderCtrl()->GetItemRect(VariableList::value).right - 2, 2);
     const bool fitted = waitUntil(
         [](DemoRun& run) { return run.m_window.m_list.GetColumnWidth(VariableList::value) != before; },
         patience);
@@ -162,17 +167,53 @@ void DemoRun::copy() {
     report(rows > 0 && text > 0 && html > text, line);
 }
 
-void DemoRun::waitForPicture() {
+void DemoRun::openTable() {
+    const int count = m_window.openTable("*.mdb", "POINTS");
+    CString line;
+    line.Format("table \"POINTS\" de la base du chantier : %d enregistrements", count);
+    report(count > 0, line);
+}
+
+void DemoRun::sortTable() {
+    TableList& list = m_window.m_table;
+    constexpr int height = 4;
+    const RECT caption = list.GetHeaderCtrl()->GetItemRect(height);
+    clickHeader(list, (caption.left + caption.right) / 2, 1);
+    waitUntil([](DemoRun& run) { return run.m_window.m_table.m_ColSort == height + 1; }, patience);
+    // Nulls come first; below them the numbers rise.
+    double before = -1e9;
+    bool isSorted = list.m_ColSort == height + 1;
+    CString text;
+    for (int row = 0; row < list.GetItemCount(); ++row) {
+        list.GetValue(row, height, text);
+        if (text.IsEmpty()) continue;
+        isSorted = isSorted && std::atof(text) >= before;
+        before = std::atof(text);
+    }
+    report(isSorted, CString("clic sur \"Z\" : table triée par nombres, dernière altitude ") + text);
+    const int first = list.GetItemCount() / 2;
+    ::SendMessageA(list.m_hWnd, LVM_ENSUREVISIBLE, static_cast<WPARAM>(first), FALSE);
+}
+
+void DemoRun::printTable() {
+    const std::string path = m_folder + "table.htm";
+    CString text("Points levés, triés par altitude");
+    const int rows = m_window.m_table.PrintToHtml(path.c_str(), 60, text, 0);
+    CString line;
+    line.Format("table.htm imprimé : %d lignes, %d octets", rows,
+                static_cast<int>(platform::theFiles().size(path.c_str())));
+    report(rows == m_window.m_table.GetItemCount(), line);
+}
+
+void DemoRun::waitForPicture(const char* name) {
     m_window.m_list.UnselectAll(0, 0);
     mouse(0, 1, ::GetSystemMetrics(SM_CYSCREEN) - 2);
     waitUntil([](DemoRun&) { return false; }, 300);
-    const std::string ready = m_folder + "fenetre.prete";
+    static std::string ready;
+    ready = m_folder + name + ".prete";
     platform::replaceWholeFile(ready.c_str(), "");
     const bool taken = waitUntil(
-        [](DemoRun& run) {
-            return platform::theFiles().kind((run.m_folder + "fenetre.prete").c_str()) ==
-                   platform::FileKind::missing;
-        },
+        [](DemoRun&) { return platform::theFiles().kind(ready.c_str()) == platform::FileKind::missing; },
         pictureTime);
-    report(taken, "fenêtre montrée et photographiée");
+    report(taken, CString("fenêtre montrée et photographiée : ") + name + ".png");
 }

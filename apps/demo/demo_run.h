@@ -4,7 +4,7 @@
 #include "main_window.h"
 
 /// Drives the window as a person would, with real mouse input, and writes down what came of it: `rapport.txt`
-/// (UTF-8, ten lines) and `listing.htm` in a folder.
+/// (UTF-8, a line a step), `listing.htm` and `table.htm` in a folder.
 class DemoRun {
   public:
     /// `folder` ends in a separator.
@@ -21,9 +21,13 @@ class DemoRun {
     void fitColumn();
     void print();
     void copy();
-    void waitForPicture();
+    void openTable();
+    void sortTable();
+    void printTable();
+    /// Waits until somebody has taken the picture NAME.png.
+    void waitForPicture(const char* name);
     bool waitUntil(bool (*done)(DemoRun&), int milliseconds);
-    void clickHeader(int x, int clicks);
+    void clickHeader(CLraListCtrl& list, int x, int clicks);
     bool isSorted(int column);
 
     MainWindow& m_window;

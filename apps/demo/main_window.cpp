@@ -1,5 +1,6 @@
 #include "main_window.h"
 
+#include <kestra/database/database.h>
 #include <kestra/project/chantier.h>
 #include <platform/prompt.h>
 #include <platform/window/file_dialog.h>
@@ -7,9 +8,9 @@
 
 namespace {
 
-enum Command : UINT { openProject = 100, printList, copyList, quit };
+enum Command : UINT { openProject = 100, openDatabase, printList, copyList, quit };
 
-constexpr UINT listId = 1;
+constexpr UINT listId = 1, tableId = 2;
 constexpr int linesPerPage = 60;
 constexpr RECT startPlace = {30, 25, 830, 505};
 
@@ -18,6 +19,7 @@ HMENU makeMenu() {
     CMenu file;
     file.CreatePopupMenu();
     file.AppendMenu(MF_STRING, openProject, "&Ouvrir un chantier...\tCtrl+O");
+    file.AppendMenu(MF_STRING, openDatabase, "Ouvrir une &table...\tCtrl+T");
     file.AppendMenu(MF_STRING, printList, "&Imprimer\tCtrl+P");
     file.AppendMenu(MF_STRING, copyList, "&Copier\tCtrl+C");
     file.AppendSeparator();
@@ -38,12 +40,16 @@ CString titleOf(Cchantier& project) {
 
 bool MainWindow::create() {
     if (!CreateEx(0, nullptr, "Kestra", WS_OVERLAPPEDWINDOW, startPlace, nullptr, makeMenu())) return false;
-    constexpr DWORD style = WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_SHOWSELALWAYS;
-    if (!m_list.Create(style, GetClientRect(), this, listId)) return false;
+    constexpr DWORD style = WS_CHILD | LVS_REPORT | LVS_SHOWSELALWAYS;
+    if (!m_list.Create(style | WS_VISIBLE, GetClientRect(), this, listId) ||
+        !m_table.Create(style, GetClientRect(), this, tableId))
+        return false;
     m_font.reset(::CreateFontA(-13, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, ANSI_CHARSET, OUT_DEFAULT_PRECIS,
                                CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, "Tahoma"));
-    m_list.SetFont(m_font.get());
-    m_list.SetExtendedStyle(LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES | LVS_EX_HEADERDRAGDROP);
+    for (CLraListCtrl* list : {static_cast<CLraListCtrl*>(&m_list), static_cast<CLraListCtrl*>(&m_table)}) {
+        list->SetFont(m_font.get());
+        list->SetExtendedStyle(LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES | LVS_EX_HEADERDRAGDROP);
+    }
     m_list.addColumns();
     return true;
 }
@@ -59,16 +65,44 @@ int MainWindow::open(const char* path) {
     project.m_titre = titleOf(project);
     chtdef = project;
     SetWindowText((project.m_titre + " - Kestra").GetString());
+    show(m_list);
     return count;
+}
+
+int MainWindow::openTable(const char* database, const char* table) {
+    Database files;
+    CString name(table);
+    const _ConnectionPtr connection = files.OpenDB(database, Database::askWhenMissing, ado20::adUseClient);
+    if (connection && name.IsEmpty() && files.SelectTable(name, connection, 0) != 0) return -1;
+    const int count = connection ? m_table.show(connection, name) : -1;
+    if (count < 0) {
+        AfxMessageBox("Table non trouvée", platform::iconExclamation);
+        return count;
+    }
+    SetWindowText((name + " - Kestra").GetString());
+    show(m_table);
+    return count;
+}
+
+CLraListCtrl& MainWindow::shown() {
+    if (m_table.GetStyle() & WS_VISIBLE) return m_table;
+    return m_list;
+}
+
+void MainWindow::show(CLraListCtrl& list) {
+    shown().ShowWindow(SW_HIDE);
+    list.ShowWindow(SW_SHOW);
+    list.SetFocus();
 }
 
 LRESULT MainWindow::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_SIZE:
             m_list.MoveWindow(GetClientRect());
+            m_table.MoveWindow(GetClientRect());
             break;
         case WM_SETFOCUS:
-            m_list.SetFocus();
+            shown().SetFocus();
             return 0;
         default:
             break;
@@ -81,11 +115,14 @@ BOOL MainWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
         case openProject:
             chooseProject();
             return TRUE;
+        case openDatabase:
+            openTable("*.mdb", "");
+            return TRUE;
         case printList:
             print();
             return TRUE;
         case copyList:
-            m_list.CopyToClipBoard(0);
+            shown().CopyToClipBoard(0);
             return TRUE;
         case quit:
             SendMessage(WM_CLOSE);
@@ -103,5 +140,5 @@ void MainWindow::chooseProject() {
 
 void MainWindow::print() {
     CString text;
-    m_list.PrintToHtml(nullptr, linesPerPage, text, 0);
+    shown().PrintToHtml(nullptr, linesPerPage, text, 0);
 }

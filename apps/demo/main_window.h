@@ -4,9 +4,10 @@
 #include <platform/window/handles.h>
 #include <platform/window/wnd.h>
 
+#include "table_list.h"
 #include "variable_list.h"
 
-/// The host's window: a menu, and the list of the open project's variables, which fills it.
+/// The host's window: a menu, and a list that fills it: the open project's variables, or a table.
 class MainWindow : public CWnd {
   public:
     /// Creates the window, not shown yet; false when that fails.
@@ -14,8 +15,12 @@ class MainWindow : public CWnd {
     /// Makes a project file the default project and shows its variables; returns their number, -1 (after a
     /// message, and what was open stays) when there is no such project.
     int open(const char* path);
+    /// Shows a table of a database beside the project; an empty name lets the user choose one. Returns the
+    /// number of its records, -1 when there is nothing to show (the user was told, and what was shown stays).
+    int openTable(const char* database, const char* table);
 
     VariableList m_list;
+    TableList m_table;
 
   protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -24,6 +29,9 @@ class MainWindow : public CWnd {
   private:
     void chooseProject();
     void print();
+    /// The list that is shown.
+    CLraListCtrl& shown();
+    void show(CLraListCtrl& list);
 
     platform::UniqueGdi<HFONT> m_font;
 };

@@ -1,55 +1,13 @@
 #include <kestra/containers/file_sort.h>
 #include <platform/files.h>
 
-#include "command.h"
+#include "options.h"
+#include "progress_line.h"
 
 namespace {
 
 /// Progress is shown for files above this size.
 constexpr std::int64_t largeFile = 50'000'000;
-
-struct SortArguments {
-    std::string file;
-    bool descending = false;
-    bool unique = false;
-};
-
-/// Empty when the arguments make sense, else what is wrong with them.
-std::string readArguments(Arguments arguments, SortArguments& wanted) {
-    bool options = true;
-    for (const std::string& argument : arguments) {
-        if (options && argument == "--")
-            options = false;
-        else if (options && argument == "--descending")
-            wanted.descending = true;
-        else if (options && argument == "--unique")
-            wanted.unique = true;
-        else if (options && argument.starts_with("-"))
-            return "option inconnue « " + argument + " »";
-        else if (!wanted.file.empty())
-            return "un seul fichier à la fois, « " + argument + " » est de trop";
-        else
-            wanted.file = argument;
-    }
-    return wanted.file.empty() ? "il manque le fichier à trier" : "";
-}
-
-/// The percentage of a sort on one line that is wiped out at the end.
-class ProgressLine {
-  public:
-    explicit ProgressLine(Terminal& terminal) : m_terminal(terminal) {}
-    ~ProgressLine() {
-        if (m_shown) m_terminal.error("\r             \r");
-    }
-    void show(int percent) {
-        m_shown = true;
-        m_terminal.error("\rTri : " + std::to_string(percent) + " %");
-    }
-
-  private:
-    Terminal& m_terminal;
-    bool m_shown = false;
-};
 
 std::string_view failureText(kestra::LineSortOutcome outcome) {
     switch (outcome) {
@@ -82,27 +40,26 @@ int report(const std::string& file, const kestra::LineSortResult& result, Termin
 }
 
 int run(Arguments arguments, Terminal& terminal) {
-    SortArguments wanted;
-    if (const std::string wrong = readArguments(arguments, wanted); !wrong.empty())
-        return refuseUsage(sortCommand, wrong, terminal);
+    const Options options(arguments, {}, {"--descending", "--unique"}, {"le fichier à trier"});
+    if (!options.fault().empty()) return refuseUsage(sortCommand, options.fault(), terminal);
 
     kestra::LineSort request;
-    request.file = wanted.file.c_str();
-    request.descending = wanted.descending;
-    request.unique = wanted.unique;
+    request.file = options.word(0).c_str();
+    request.descending = options.has("--descending");
+    request.unique = options.has("--unique");
     std::string eliminated;
     request.eliminated = [&](std::string_view line) {
         eliminated += "Eliminé : " + std::string(line.substr(0, line.find_last_not_of('\r') + 1)) + '\n';
     };
     kestra::LineSortResult result{};
     {
-        ProgressLine line(terminal);
-        if (terminal.errorIsWatched() && platform::theFiles().size(request.file) > largeFile)
+        ProgressLine line(terminal, "Tri");
+        if (line.isWatched() && platform::theFiles().size(request.file) > largeFile)
             request.progress = [&](int percent) { line.show(percent); };
         result = kestra::sortLines(request);
     }
     if (!eliminated.empty()) terminal.output(eliminated);
-    return report(wanted.file, result, terminal);
+    return report(options.word(0), result, terminal);
 }
 
 }  // namespace

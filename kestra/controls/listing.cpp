@@ -212,7 +212,13 @@ CString pageHeader(const CString& convertedText, const PageValues& values) {
 
 int appendDocument(CString& html, std::span<const Column> columns, Rows& rows, const CString& header,
                    int linesPerPage, LineEnds lineEnds) {
-    Writer out(html, lineEnds);
+    return writeDocument([&html](std::string_view block) { html += block; }, columns, rows, header,
+                         linesPerPage, lineEnds);
+}
+
+int writeDocument(const BlockTaker& take, std::span<const Column> columns, Rows& rows, const CString& header,
+                  int linesPerPage, LineEnds lineEnds) {
+    Writer out(take, lineEnds);
     Document document(out, columns, header.view(), linesPerPage);
     document.write(rows);
     out.flush();

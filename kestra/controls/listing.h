@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,7 +14,8 @@
 /// What differs from what a reader may expect:
 /// - texts are Windows-1252 and go into the document byte for byte, without a character-set declaration;
 /// - captions, cells and the free text ARE HTML: nothing is escaped, so "<b>12</b>" prints in bold;
-/// - rows are asked for once, in order, and nothing is kept of them: the document grows in one buffer.
+/// - rows are asked for once, in order, and nothing is kept of them: the document grows in one buffer, or is
+///   handed on as it is made (`writeDocument`).
 /// No function throws but for lack of memory; texts may hold any bytes and be of any length.
 namespace listing {
 
@@ -106,6 +108,12 @@ enum class LineEnds {
 /// small (or negative) it is. Without any row the document holds neither page header nor table.
 KESTRA_API int appendDocument(CString& html, std::span<const Column> columns, Rows& rows,
                               const CString& header, int linesPerPage, LineEnds lineEnds = LineEnds::lf);
+
+/// Takes a document block by block, in order; a block lives during the call only.
+using BlockTaker = std::function<void(std::string_view block)>;
+/// The same document, handed to `take` while it is made: for more rows than memory holds.
+KESTRA_API int writeDocument(const BlockTaker& take, std::span<const Column> columns, Rows& rows,
+                             const CString& header, int linesPerPage, LineEnds lineEnds = LineEnds::lf);
 
 /// Path of the document: `fileName` when it is not empty, else "C:\TEMP\NAME_THREAD.HTM" with what follows
 /// the last separator of the layout's name ("LraListCtrl" when there is no layout) and the thread's number

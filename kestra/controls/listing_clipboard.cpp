@@ -48,7 +48,7 @@ std::string nineDigits(std::size_t number) {
 }  // namespace
 
 int appendTabbedText(CString& text, std::span<const Column> columns, Rows& rows) {
-    Writer out(text, LineEnds::lf);
+    Writer out([&text](std::string_view block) { text += block; }, LineEnds::lf);
     putLine(out, columns, [](const Column& column) { return std::string_view(column.caption); });
     int written = 0;
     const int count = rows.count();

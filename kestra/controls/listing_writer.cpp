@@ -17,11 +17,11 @@ void Writer::handOver(std::string_view bytes) {
     if (m_lineEnds == LineEnds::crlf) {
         for (std::size_t end; (end = bytes.find('\n')) != std::string_view::npos;
              bytes.remove_prefix(end + 1)) {
-            m_out += bytes.substr(0, end);
-            m_out += std::string_view("\r\n");
+            m_take(bytes.substr(0, end));
+            m_take("\r\n");
         }
     }
-    m_out += bytes;
+    m_take(bytes);
 }
 
 }  // namespace listing

@@ -2,16 +2,17 @@
 #include <array>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include <kestra/controls/listing.h>
 
 namespace listing {
 
-/// Collects the many small pieces of a document and hands them to it a block at a time: a piece costs a copy
+/// Collects the many small pieces of a document and hands them on a block at a time: a piece costs a copy
 /// inside the processor's cache instead of a call that may have to grow the document.
 class Writer {
   public:
-    Writer(CString& out, LineEnds lineEnds) : m_out(out), m_lineEnds(lineEnds) {}
+    Writer(BlockTaker take, LineEnds lineEnds) : m_take(std::move(take)), m_lineEnds(lineEnds) {}
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
 
@@ -27,7 +28,7 @@ class Writer {
     void putLarge(std::string_view piece);
     void handOver(std::string_view bytes);
 
-    CString& m_out;
+    BlockTaker m_take;
     LineEnds m_lineEnds;
     std::size_t m_used = 0;
     std::array<char, 32768> m_block;

@@ -122,6 +122,7 @@ class PosixMachine : public Machine {
     }
     bool classicHelp(const char*, const char*) override { return false; }
     bool htmlHelp(const char*, const char*) override { return false; }
+    unsigned long processId() override { return static_cast<unsigned long>(::getpid()); }
     void debugLine(const char* text) override {
         if (text != nullptr) (void)std::fprintf(stderr, "%s\n", utf8From1252(text).c_str());
     }

@@ -50,6 +50,21 @@ class WindowsMachine : public Machine {
         return path != nullptr && *path != '\0' && shellOpens(path, nullptr);
     }
 
+    bool editDocument(const char* path) override {
+        if (path == nullptr || *path == '\0') return false;
+        SHELLEXECUTEINFOA execution{};
+        execution.cbSize = sizeof execution;
+        execution.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
+        execution.hwnd = ::GetForegroundWindow();
+        execution.lpVerb = "open";
+        execution.lpFile = path;
+        execution.nShow = SW_SHOWNORMAL;
+        if (!::ShellExecuteExA(&execution)) return false;
+        const UniqueHandle process(execution.hProcess);
+        if (execution.hProcess != nullptr) waitForEnd(execution.hProcess);
+        return true;
+    }
+
     bool run(const char* commandLine) override {
         if (commandLine == nullptr || *commandLine == '\0') return false;
         std::string command = commandLine;
@@ -80,6 +95,8 @@ class WindowsMachine : public Machine {
                nullptr;
     }
 
+    unsigned long processId() override { return ::GetCurrentProcessId(); }
+
     void debugLine(const char* text) override {
         if (text != nullptr) ::OutputDebugStringA((std::string(text) + "\n").c_str());
     }
@@ -92,6 +109,15 @@ class WindowsMachine : public Machine {
     }
 
   private:
+    /// Its window is owned by one of ours, so that what it sends there must be answered meanwhile.
+    static void waitForEnd(HANDLE process) {
+        while (::MsgWaitForMultipleObjects(1, &process, FALSE, INFINITE, QS_SENDMESSAGE) ==
+               WAIT_OBJECT_0 + 1) {
+            MSG message;
+            ::PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+        }
+    }
+
     /// The shell knows programs that stand on no search path, but wants their arguments apart.
     static bool runByShell(const std::string& commandLine) {
         const bool quoted = commandLine.front() == '"';

@@ -1,0 +1,121 @@
+#include <algorithm>
+
+#include <platform/ado/embedded/fields.h>
+#include <platform/cp1252.h>
+
+namespace ado20::embedded {
+
+namespace {
+
+std::size_t hashOf(std::string_view name) {
+    std::uint32_t hash = 2166136261u;
+    for (const char c : name)
+        hash = (hash ^ platform::upperCase1252[static_cast<unsigned char>(c)]) * 16777619u;
+    return hash;
+}
+
+bool sameName(std::string_view first, std::string_view second) {
+    if (first.size() != second.size()) return false;
+    return std::equal(first.begin(), first.end(), second.begin(), [](char a, char b) {
+        return a == b || platform::upperCase1252[static_cast<unsigned char>(a)] ==
+                             platform::upperCase1252[static_cast<unsigned char>(b)];
+    });
+}
+
+}  // namespace
+
+FieldCollection::FieldCollection(Recordset* owner) : m_owner(owner) {
+    rebuild();
+}
+
+FieldCollection::~FieldCollection() {
+    release();
+}
+
+void FieldCollection::release() {
+    m_owner = nullptr;
+    for (const FieldPtr& field : m_fields) static_cast<ColumnField*>(field.get())->release();
+}
+
+void FieldCollection::rebuild() {
+    const std::vector<Column>& columns = m_owner->columns();
+    for (std::size_t i = m_fields.size(); i < columns.size(); ++i) {
+        m_fields.emplace_back(new ColumnField(m_owner, i));
+        m_names.push_back(columns[i].name);
+    }
+    std::size_t size = 16;
+    while (size < columns.size() * 2) size *= 2;
+    m_hashes.assign(size, 0);
+    for (std::size_t i = 0; i < m_names.size(); ++i) {
+        std::size_t at = hashOf(m_names[i]) & (size - 1);
+        while (m_hashes[at] != 0) at = (at + 1) & (size - 1);
+        m_hashes[at] = static_cast<std::uint32_t>(i + 1);
+    }
+}
+
+std::int64_t FieldCollection::find(std::string_view name) const {
+    const std::size_t mask = m_hashes.size() - 1;
+    for (std::size_t at = hashOf(name) & mask; m_hashes[at] != 0; at = (at + 1) & mask)
+        if (sameName(m_names[m_hashes[at] - 1], name)) return m_hashes[at] - 1;
+    return -1;
+}
+
+long FieldCollection::GetCount() {
+    return static_cast<long>(m_fields.size());
+}
+
+FieldPtr FieldCollection::GetItem(long index) {
+    if (index < 0 || index >= GetCount()) throw _com_error(hrItemNotFound);
+    return m_fields[static_cast<std::size_t>(index)];
+}
+
+FieldPtr FieldCollection::GetItem(std::string_view name) {
+    const std::int64_t index = find(name);
+    if (index < 0) throw _com_error(hrItemNotFound);
+    return m_fields[static_cast<std::size_t>(index)];
+}
+
+HResult FieldCollection::Append(std::string_view name, DataTypeEnum type, std::int64_t definedSize,
+                                long attributes) {
+    if (m_owner == nullptr || m_owner->GetState() == adStateOpen) throw _com_error(hrObjectOpen);
+    if (name.empty() || find(name) >= 0) throw _com_error(hrInvalidArgument);
+    Column column;
+    column.name = name;
+    declare(column, type, definedSize);
+    column.attributes |= attributes;
+    m_owner->append(std::move(column));
+    rebuild();
+    return hrOk;
+}
+
+Recordset& ColumnField::owner() const {
+    if (m_owner == nullptr) throw _com_error(hrObjectClosed);
+    return *m_owner;
+}
+
+const Column& ColumnField::column() const {
+    return owner().columns()[m_column];
+}
+
+std::int64_t ColumnField::GetActualSize() {
+    const VariantView value = GetView();
+    if (value.isNull()) return 0;
+    const bool sized = value.type == VarType::text || value.type == VarType::bytes;
+    return sized ? static_cast<std::int64_t>(value.data.size()) : column().definedSize;
+}
+
+long ColumnField::GetAttributes() {
+    const long attributes = column().attributes;
+    return owner().isWritable() ? attributes : attributes & ~adFldUpdatable;
+}
+
+}  // namespace ado20::embedded
+
+namespace ado20 {
+
+FieldPtr Fields::GetItem(const Variant& index) {
+    if (index.type() == VarType::text) return GetItem(index.view().data);
+    return GetItem(static_cast<long>(index.int32()));
+}
+
+}  // namespace ado20
