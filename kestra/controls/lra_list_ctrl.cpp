@@ -136,14 +136,6 @@ int CLraListCtrl::GetValue(int row, int col, CString& out) {
     return 1;
 }
 
-int CLraListCtrl::SaveHeadToReg(const char*, HKEY*) {
-    return 0;
-}
-
-int CLraListCtrl::LoadHeadFromReg(const char*, int, HKEY*) {
-    return 0;
-}
-
 CLraListCtrl::LraListColum* CLraListCtrl::GetMyListHeader(int col) {
     if (m_HeaderCtrl.m_hWnd == nullptr) return nullptr;
     m_nColumns = m_HeaderCtrl.GetItemCount();
@@ -193,8 +185,19 @@ void CLraListCtrl::makeRoomForCaption(const char* caption) {
     const std::string_view text(caption);
     if (1 + std::count(text.begin(), text.end(), '\n') <= m_HeaderCtrl.m_nLines) return;
     m_HeaderCtrl.CalculHeight();
-    const CRect client = GetClientRect();
-    SendMessage(WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.Width(), client.Height()));
+    layOutHeader();
+}
+
+/// Makes the platform's list ask its header again how high it is, as when it has another size. Some platforms
+/// do so at WM_SIZE, which this message leads to, others at this one.
+void CLraListCtrl::layOutHeader() {
+    const CRect place = GetWindowRect();
+    WINDOWPOS same = {};
+    same.hwnd = m_hWnd;
+    same.cx = place.Width();
+    same.cy = place.Height();
+    same.flags = SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
+    SendMessage(WM_WINDOWPOSCHANGED, 0, reinterpret_cast<LPARAM>(&same));
 }
 
 int CLraListCtrl::DeleteColumn(int col) {

@@ -11,6 +11,9 @@
 
 class CMenu;
 class ListSortTable;
+namespace controls {
+struct LayoutPlan;
+}
 
 /// The report list on which every list of the library is built: a record per column, sorting by a click on a
 /// caption, a header menu, columns fitted to their cells, Ctrl+A, a row height, export and a saved layout.
@@ -102,8 +105,25 @@ class KESTRA_API CLraListCtrl : public CListCtrl {
     /// Text of a cell for sorting, fitting and export: attribute bits, bit 0 (1) for "has a text to draw".
     /// 0, and `out` untouched, outside the list; row `m_nItems` itself counts as inside and is empty.
     virtual int GetValue(int row, int col, CString& out);
-    /// Layouts are not kept yet: both return 0, nothing was saved or restored, and touch nothing.
+    /// Saves how the user left the list under the layout name, in the current user's registry: row height,
+    /// sort state, and each column's caption, width (hidden ones too) and position. What was saved there
+    /// before is deleted first. A `name` that is not empty becomes `m_RegName` first.
+    ///
+    /// A name without a backslash stands for a key below `g_RegTOREL_32` + "\CLraListCtrl"; one with a
+    /// backslash is the key's whole path (one of a single part is refused). `key` null: the key is opened and
+    /// closed here. `*key` an open key: that one is written, nothing is deleted. `*key` null: receives the
+    /// open key, for the caller to close. Returns the number of columns saved; 0 without a name, or when the
+    /// registry refuses.
     virtual int SaveHeadToReg(const char* name, HKEY* key);
+    /// Restores what was saved; name and key as above, but a missing key is not created. Flags: 1 each saved
+    /// column goes to the column with its caption (without regard to case; else to the one of its index, and
+    /// only when the number of columns is the same), 2 every column gets its width (else only hidden ones),
+    /// 4 every column gets its position (else only the first one). The sort state becomes `m_ColSort`, the
+    /// rows are not sorted. Returns the number of columns restored.
+    ///
+    /// Damaged values (another type, widths beyond 10,000, more than 10,000 columns) leave what they are
+    /// about as it was. A layout that is there but could not be read at all is not replaced by the automatic
+    /// save at the end, only by a call of `SaveHeadToReg`.
     virtual int LoadHeadFromReg(const char* name, int flags, HKEY* key);
     /// Sets the row height, 1 to 99 pixels; other heights only measure. Returns `m_ItemHeight`: one less
     /// than the height of row 0 when there is one.
@@ -162,11 +182,16 @@ class KESTRA_API CLraListCtrl : public CListCtrl {
     bool numberRows();
     void drawCaptionOurselves(int item);
     void makeRoomForCaption(const char* caption);
+    void layOutHeader();
+    void saveLayoutAtTheEnd();
+    int restoreColumns(HKEY layout, int stored, int flags);
+    void carryOut(const controls::LayoutPlan& plan);
     void releaseHeightImages();
     void drawCell(HDC dc, int row, int col, const RECT& rect);
 
     HIMAGELIST m_heightImages = nullptr;         // given to the platform's list, which owns it
     const ListSortTable* m_sortTable = nullptr;  // while the platform sorts
+    CString m_unreadLayout;                      // path of a layout that the last load could not read
 };
 
 static_assert(sizeof(CLraListCtrl::LraListColum) == 40);

@@ -63,7 +63,7 @@ LRESULT CLraListCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             break;
         case WM_DESTROY:
-            if (!m_RegName.IsEmpty()) SaveHeadToReg(nullptr, nullptr);
+            saveLayoutAtTheEnd();
             Initialize(1);
             releaseHeightImages();
             break;

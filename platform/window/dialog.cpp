@@ -1,13 +1,49 @@
 #include <platform/window/dialog.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include <platform/prompt.h>
 #include <platform/window/creation_hook.h>
+#include <platform/window/handles.h>
 #include <platform/window/module_state.h>
 #include <platform/window/win_app.h>
 
 namespace {
+
+/// While it lives, a modal dialog's own message loop offers its messages to `PreTranslateMessage` first.
+class ModalFilter {
+  public:
+    explicit ModalFilter(const CDialog& dialog)
+        : m_dialog(dialog),
+          m_before(std::exchange(innermost, this)),
+          m_hook(::SetWindowsHookExA(WH_MSGFILTER, procedure, nullptr, ::GetCurrentThreadId())) {}
+    ~ModalFilter() {
+        const platform::KeepLastError keep;
+        ::UnhookWindowsHookEx(m_hook);
+        innermost = m_before;
+    }
+    ModalFilter(const ModalFilter&) = delete;
+    ModalFilter& operator=(const ModalFilter&) = delete;
+
+  private:
+    static LRESULT CALLBACK procedure(int code, WPARAM wParam, LPARAM lParam) {
+        MSG* const message = reinterpret_cast<MSG*>(lParam);
+        if (code == MSGF_DIALOGBOX && innermost->offers(message)) return TRUE;
+        return ::CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+    bool offers(MSG* message) const {
+        const HWND dialog = m_dialog.m_hWnd;
+        if (dialog == nullptr || (message->hwnd != dialog && !::IsChild(dialog, message->hwnd))) return false;
+        return CWnd::WalkPreTranslateTree(dialog, message);
+    }
+
+    static thread_local ModalFilter* innermost;
+    const CDialog& m_dialog;
+    ModalFilter* m_before;
+    HHOOK m_hook;
+};
+thread_local ModalFilter* ModalFilter::innermost = nullptr;
 
 bool readWholeNumber(const char* text, int& number) {
     char* end = nullptr;
@@ -66,7 +102,8 @@ CDialog::~CDialog() {
 HWND CDialog::parentWindow() const {
     if (m_parent != nullptr) return m_parent->m_hWnd;
     const CWinApp* const app = AfxGetAppModuleState()->m_pCurrentWinApp;
-    return app != nullptr && app->m_pMainWnd != nullptr ? app->m_pMainWnd->m_hWnd : nullptr;
+    const HWND main = app != nullptr && app->m_pMainWnd != nullptr ? app->m_pMainWnd->m_hWnd : nullptr;
+    return main != nullptr ? ::GetLastActivePopup(main) : ::GetActiveWindow();
 }
 
 INT_PTR CDialog::DoModal() {
@@ -77,6 +114,7 @@ INT_PTR CDialog::DoModal() {
     INT_PTR result = -1;
     {
         const CreationHook hook(*this);
+        const ModalFilter filter(*this);
         result = ::DialogBoxParamA(module, name, parentWindow(), procedure, 0);
     }
     m_modal = false;
@@ -112,7 +150,7 @@ BOOL CDialog::UpdateData(BOOL save) {
 }
 
 BOOL CDialog::PreTranslateMessage(MSG* message) {
-    return m_hWnd != nullptr && ::IsDialogMessageA(m_hWnd, message);
+    return m_hWnd != nullptr && !m_modal && ::IsDialogMessageA(m_hWnd, message);
 }
 
 BOOL CDialog::OnInitDialog() {

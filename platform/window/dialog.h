@@ -29,17 +29,20 @@ DORSEL_API void DDX_Control(CDataExchange* exchange, int id, CWnd& control);
 ///
 /// What differs from what a reader may expect: the resource is searched when the dialog is shown, in the
 /// module in force and then in the extension modules (`AfxFindResourceHandle`); a modeless dialog gets its
-/// Tab and Enter keys from the program's loop (`CWinApp::PreTranslateMessage`).
+/// Tab and Enter keys from the program's loop (`CWinApp::PreTranslateMessage`); a modal one, and its
+/// controls, see the messages of its own loop in `PreTranslateMessage` before they become those keys.
 class DORSEL_API CDialog : public CWnd {
   public:
-    /// A null parent stands for the program's main window, or none.
+    /// A null parent stands for the window that the user works in: the last active one of the program's main
+    /// window, else the active window of the thread, or none.
     explicit CDialog(UINT resource, CWnd* parent = nullptr) : m_resource(resource), m_parent(parent) {}
     ~CDialog() override;
 
     static const CRuntimeClass runtimeClass;
     const CRuntimeClass* GetRuntimeClass() const override { return &runtimeClass; }
 
-    /// Shows the dialog until `EndDialog`; returns its result, -1 when it could not be shown.
+    /// Shows the dialog until `EndDialog`; returns its result, -1 when it could not be shown. When its window
+    /// was destroyed by somebody else the result is the system's, 0 or -1.
     virtual INT_PTR DoModal();
     /// Creates the dialog window, modeless; false when it could not be created.
     BOOL Create();

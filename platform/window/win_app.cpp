@@ -1,5 +1,6 @@
 #include <platform/window/win_app.h>
 
+#include <string>
 #include <utility>
 
 #include <platform/window/wnd.h>
@@ -27,6 +28,7 @@ AFX_MODULE_STATE* AfxGetAppModuleState() {
 CWinApp::CWinApp(const char* name, AFX_MODULE_STATE* state)
     : m_hInstance(state->m_hCurrentInstanceHandle),
       m_pszAppName(name != nullptr ? CString(name) : programName()),
+      m_pszProfileName(programName() + ".INI"),
       m_state(state),
       m_before(std::exchange(state->m_pCurrentWinApp, this)) {
     if (m_hInstance == ::GetModuleHandleA(nullptr)) programState = state;
@@ -80,12 +82,45 @@ BOOL CWinApp::PumpWaiting() {
 }
 
 BOOL CWinApp::PreTranslateMessage(MSG* message) {
-    for (HWND window = message->hwnd; window != nullptr; window = ::GetParent(window)) {
-        CWnd* const object = CWnd::FromHandlePermanent(window);
-        if (object != nullptr && object->PreTranslateMessage(message)) return TRUE;
-        if ((::GetWindowLongA(window, GWL_STYLE) & WS_CHILD) == 0) break;
+    return CWnd::WalkPreTranslateTree(nullptr, message);
+}
+
+void CWinApp::SetRegistryKey(const char* company) {
+    m_pszRegistryKey = company;
+    m_pszProfileName = m_pszAppName;
+}
+
+std::string CWinApp::profilePath(const char* section) const {
+    const CString path = CString("Software\\") + m_pszRegistryKey + "\\" + m_pszProfileName + "\\" + section;
+    return std::string(path.view());
+}
+
+int CWinApp::GetProfileInt(const char* section, const char* entry, int missing) const {
+    if (m_pszRegistryKey.IsEmpty()) {
+        return static_cast<int>(::GetPrivateProfileIntA(section, entry, missing, m_pszProfileName));
     }
-    return FALSE;
+    DWORD value = 0, size = sizeof value;
+    const LSTATUS status = ::RegGetValueA(HKEY_CURRENT_USER, profilePath(section).c_str(), entry,
+                                          RRF_RT_REG_DWORD, nullptr, &value, &size);
+    return status == ERROR_SUCCESS ? static_cast<int>(value) : missing;
+}
+
+BOOL CWinApp::WriteProfileInt(const char* section, const char* entry, int value) {
+    if (m_pszRegistryKey.IsEmpty()) {
+        return ::WritePrivateProfileStringA(section, entry, std::to_string(value).c_str(), m_pszProfileName);
+    }
+    const auto stored = static_cast<DWORD>(value);
+    return ::RegSetKeyValueA(HKEY_CURRENT_USER, profilePath(section).c_str(), entry, REG_DWORD, &stored,
+                             sizeof stored) == ERROR_SUCCESS;
+}
+
+BOOL CWinApp::DeleteProfileSection(const char* section) {
+    if (section == nullptr || *section == '\0') return FALSE;
+    if (m_pszRegistryKey.IsEmpty()) {
+        return ::WritePrivateProfileStringA(section, nullptr, nullptr, m_pszProfileName);
+    }
+    const LSTATUS status = ::RegDeleteTreeA(HKEY_CURRENT_USER, profilePath(section).c_str());
+    return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
 }
 
 int AfxWinMain(HINSTANCE, HINSTANCE, char* commandLine, int show) {

@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include <string>
+
 #include <platform/cstring.h>
 #include <platform/export.h>
 #include <platform/window/module_state.h>
@@ -39,13 +41,27 @@ class DORSEL_API CWinApp {
     /// Dispatches what waits, without waiting; false when WM_QUIT was among it.
     BOOL PumpWaiting();
 
+    /// Puts the profile, where the application keeps small things about its user, into the registry:
+    /// HKEY_CURRENT_USER, "Software\\company\\application name". Until then, and with an empty name, it is
+    /// the file "program.INI" in the system's folder.
+    void SetRegistryKey(const char* company);
+    /// Whole number of a section of the profile; `missing` when it is not there or is no REG_DWORD.
+    int GetProfileInt(const char* section, const char* entry, int missing) const;
+    BOOL WriteProfileInt(const char* section, const char* entry, int value);
+    /// Removes a section with all that is below it; true when it is gone.
+    BOOL DeleteProfileSection(const char* section);
+
     HINSTANCE m_hInstance;         ///< the module of this object
     CString m_pszAppName;          ///< name of the application
+    CString m_pszRegistryKey;      ///< company, see `SetRegistryKey`
+    CString m_pszProfileName;      ///< application in the registry, or the profile's file
     CWnd* m_pMainWnd = nullptr;    ///< main window, not owned; its end posts WM_QUIT
     const char* m_lpCmdLine = "";  ///< command line, set by `AfxWinMain`
     int m_nCmdShow = SW_SHOWNORMAL;
 
   private:
+    std::string profilePath(const char* section) const;
+
     AFX_MODULE_STATE* m_state;
     CWinApp* m_before;
     int m_exitCode = 0;

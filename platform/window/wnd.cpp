@@ -201,6 +201,15 @@ BOOL CWnd::PreTranslateMessage(MSG*) {
     return FALSE;
 }
 
+BOOL CWnd::WalkPreTranslateTree(HWND stop, MSG* message) {
+    for (HWND window = message->hwnd; window != nullptr; window = ::GetParent(window)) {
+        CWnd* const object = FromHandlePermanent(window);
+        if (object != nullptr && object->PreTranslateMessage(message)) return TRUE;
+        if (window == stop || (::GetWindowLongA(window, GWL_STYLE) & WS_CHILD) == 0) break;
+    }
+    return FALSE;
+}
+
 LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     LRESULT result = 0;
     switch (message) {

@@ -95,8 +95,12 @@ class DORSEL_API CWnd : private platform::WindowSubclass::Target {
     }
     BOOL KillTimer(UINT_PTR id) { return ::KillTimer(m_hWnd, id); }
 
-    /// First sight of a message of the program's loop for this window or one of its children.
+    /// First sight of a message of the program's loop, or of a modal dialog's, for this window or one of its
+    /// children; true when it is dealt with.
     virtual BOOL PreTranslateMessage(MSG* message);
+    /// Offers a message to the window objects from its window up to `stop` (included; null: up to the
+    /// top-level window) until one deals with it.
+    static BOOL WalkPreTranslateTree(HWND stop, MSG* message);
 
   protected:
     /// Whether this object created its window and will destroy it.

@@ -284,12 +284,15 @@ TEST_F(LraList, TwoHundredRoundsLeaveNoHandles) {
         each.notify(HDN_ITEMCLICKW, 0);
         each.notify(HDN_DIVIDERDBLCLICKW, 0);
     };
-    const auto objects = [](DWORD kind) { return ::GetGuiResources(::GetCurrentProcess(), kind); };
     round();
-    const DWORD gdi = objects(GR_GDIOBJECTS), user = objects(GR_USEROBJECTS);
+    const HandleLevels before;
     for (int i = 0; i < 200; ++i) round();
-    EXPECT_LE(objects(GR_GDIOBJECTS), gdi + 2);
-    EXPECT_LE(objects(GR_USEROBJECTS), user + 2);
+    const HandleLevels after;
+    EXPECT_TRUE(after.heldSince(before)) << before.text() << " -> " << after.text();
+    std::vector<HPEN> lost;
+    for (int i = 0; i < 50; ++i) lost.push_back(::CreatePen(PS_SOLID, 1, RGB(3, 2, 1)));
+    EXPECT_FALSE(HandleLevels().heldSince(before)) << "the measure sees what is lost";
+    for (const HPEN pen : lost) ::DeleteObject(pen);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 #pragma once
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -73,6 +75,39 @@ struct SilentPrompt : platform::Prompt {
     platform::Answer ask(unsigned, const char* text, const char*) override {
         asked += text;
         return platform::answerOk;
+    }
+};
+
+/// How far the process's tables of handles are filled, by the highest of a few new ones of each kind. (Where
+/// these programs are tested the system does not count them: GetGuiResources answers 0.)
+struct HandleLevels {
+    std::uintptr_t gdi = 0, user = 0, kernel = 0;
+
+    HandleLevels() {
+        std::vector<HPEN> pens;
+        std::vector<HMENU> menus;
+        std::vector<HANDLE> events;
+        for (int i = 0; i < 32; ++i) {
+            pens.push_back(::CreatePen(PS_SOLID, 1, RGB(1, 2, 3)));
+            menus.push_back(::CreateMenu());
+            events.push_back(::CreateEventA(nullptr, TRUE, FALSE, nullptr));
+            gdi = std::max<std::uintptr_t>(gdi, LOWORD(pens.back()));
+            user = std::max<std::uintptr_t>(user, LOWORD(menus.back()));
+            kernel = std::max(kernel, reinterpret_cast<std::uintptr_t>(events.back()) / 4);
+        }
+        for (const HPEN pen : pens) ::DeleteObject(pen);
+        for (const HMENU menu : menus) ::DestroyMenu(menu);
+        for (const HANDLE event : events) ::CloseHandle(event);
+    }
+    /// Whether none has grown by more than a handful since `before`.
+    bool heldSince(const HandleLevels& before) const {
+        constexpr std::uintptr_t handful = 8;
+        return gdi <= before.gdi + handful && user <= before.user + handful &&
+               kernel <= before.kernel + handful;
+    }
+    std::string text() const {
+        return "GDI " + std::to_string(gdi) + ", user " + std::to_string(user) + ", kernel " +
+               std::to_string(kernel);
     }
 };
 

@@ -1,0 +1,243 @@
+#include <kestra/controls/grid_keys.h>
+#include <kestra/controls/grid_rules.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace controls;
+using enum GridAction;
+
+/// A state in letters: g focus on the grid, e on the editor, t text column, b combo column, c check-box
+/// column, + editable, ^ Control, < caret at the start, > at the end, 1 one Escape before, s Shift, a Alt, o
+/// the list of choices is open, - no editors yet.
+GridKeyState stateOf(const char* letters) {
+    GridKeyState state;
+    state.row = 5;
+    state.column = 2;
+    state.rowCount = 40;
+    state.rowsPerPage = 8;
+    for (const char* letter = letters; *letter != '\0'; ++letter) {
+        switch (*letter) {
+            case 'g':
+                state.focusOnGrid = true;
+                break;
+            case 'e':
+                state.focusOnEditor = true;
+                break;
+            case 't':
+                state.hasColumn = true;
+                break;
+            case 'b':
+                state.hasColumn = true;
+                state.columnStyle = 2;
+                break;
+            case 'c':
+                state.hasColumn = true;
+                state.columnStyle = 3;
+                break;
+            case '+':
+                state.editing = true;
+                break;
+            case '^':
+                state.control = true;
+                break;
+            case '<':
+                state.caretAtStart = true;
+                break;
+            case '>':
+                state.caretAtEnd = true;
+                break;
+            case 's':
+                state.shift = true;
+                break;
+            case 'a':
+                state.alt = true;
+                break;
+            case 'o':
+                state.listOpen = true;
+                break;
+            case '1':
+                state.escapes = 1;
+                break;
+            default:
+                state.hasEditors = false;
+                break;
+        }
+    }
+    return state;
+}
+
+struct KeyCase {
+    unsigned key;
+    const char* state;
+    GridAction action;
+    int row = 0, column = 0;
+};
+
+/// Every rule of the grid's keys, each once as it holds and once as it just does not.
+const KeyCase keyTable[] = {
+    {keySpace, "gc+", toggleCheckBox},
+    {keySpace, "gc", toggleCheckBox},
+    {keySpace, "ec+", none},
+    {keySpace, "gt+", none},
+    {keySpace, "-gc+", none},
+    {keyDelete, "gt+", deleteRows},
+    {keyDelete, "g", deleteRows},
+    {keyDelete, "et+", none},
+    // A text or combo column's keys are the grid's only while its editor has the focus.
+    {keyDown, "gt+", none},
+    {keyTab, "t+", none},
+    {keyDown, "b+", none},
+    {keyTab, "eb+", moveByColumns, 0, 1},
+    {keyDown, "gc+", moveToCell, 6, 2},
+    {keyDown, "g", moveToCell, 6, 2},
+    {keyTab, "et+", moveByColumns, 0, 1},
+    {keyEnter, "et+", moveByColumns, 0, 1},
+    {keyTab, "g", none},
+    {keyEnter, "g", none},
+    {keyRight, "et+>", moveByColumns, 0, 1},
+    {keyRight, "et+<", none},
+    {keyRight, "g>", none},
+    {keyLeft, "et+<", moveByColumns, 0, -1},
+    {keyLeft, "et+>", none},
+    {keyLeft, "g<", none},
+    {keyEnd, "et+^", moveToPosition, 40, 10000},
+    {keyEnd, "et+", none},
+    {keyHome, "g^", moveToPosition, 0, 1},
+    {keyHome, "et+", none},
+    {keyPageUp, "et+", moveToCell, 0, 2},
+    {keyPageDown, "et+", moveToCell, 13, 2},
+    {keyPageDown, "g", moveToCell, 13, 2},
+    {keyUp, "et+", moveToCell, 4, 2},
+    {keyDown, "et+", moveToCell, 6, 2},
+    {keyDown, "-et+", none},
+    {keyF2, "et+", selectText},
+    {keyF2, "g", none},
+    {keyEscape, "et+", restoreCell},
+    {keyEscape, "et+1", cancelRow},
+    {keyEscape, "g", none},
+    {'A', "et+", none},
+    // Beside the table: going back, leaving, and what belongs to the system or to an open list.
+    {keyTab, "et+s", moveByColumns, 0, -1},
+    {keyTab, "et+^", none},
+    {keyDown, "eb+a", none},
+    {keyEnter, "eb+o", none},
+};
+
+TEST(GridKeys, TheTable) {
+    for (const KeyCase& each : keyTable) {
+        const GridKeyDecision decision = decideGridKey(each.key, stateOf(each.state));
+        EXPECT_EQ(decision.action, each.action) << each.key << " " << each.state;
+        EXPECT_EQ(decision.row, each.row) << each.key << " " << each.state;
+        EXPECT_EQ(decision.column, each.column) << each.key << " " << each.state;
+        EXPECT_EQ(decision.result, each.action == none ? 0 : each.key) << each.key << " " << each.state;
+    }
+}
+
+TEST(GridKeys, RowsAreNotClampedBelowAndNeverAbove) {
+    GridKeyState state = stateOf("et+");
+    state.row = 39;
+    EXPECT_EQ(decideGridKey(keyDown, state).row, 40);
+    state.row = -1;
+    EXPECT_EQ(decideGridKey(keyUp, state).row, 0);
+    EXPECT_EQ(decideGridKey(keyPageUp, state).row, 0);
+    state.row = 20;
+    EXPECT_EQ(decideGridKey(keyPageUp, state).row, 12);
+}
+
+TEST(GridRules, ChecksAreToggledByValueAndHitNearTheirMiddle) {
+    EXPECT_EQ(toggledCheck("1"), "0");
+    EXPECT_EQ(toggledCheck("0"), "-1");
+    EXPECT_EQ(toggledCheck(""), "0");
+    struct Case {
+        CheckClick click;
+        bool hit;
+    };
+    for (const Case& each : {Case{{7, -7, 2, 20}, true},
+                             {{8, 0, 2, 20}, false},
+                             {{800, 0, 0, 20}, true},
+                             {{0, 8, 2, 20}, false},
+                             {{0, 13, 2, 20}, true},
+                             {{0, 28, 2, 20}, false}}) {
+        EXPECT_EQ(hitsCheckBox(each.click), each.hit) << each.click.x << "," << each.click.y;
+    }
+}
+
+TEST(GridRules, TheRowAfterADeletion) {
+    struct Case {
+        int current;
+        std::vector<int> deleted;
+        int after;
+    };
+    for (const Case& each : {Case{6, {2, 5, 7}, 1}, {3, {5, 7}, 3}, {0, {0}, -1}, {9, {}, 9}, {4, {4}, 3}}) {
+        EXPECT_EQ(rowAfterDeletion(each.current, each.deleted), each.after) << each.current;
+    }
+}
+
+TEST(GridRules, StepsGoAlongTheShownColumnsAndOnToTheNextRow) {
+    // Column 0 is the row header's, 3 is hidden, 2 stands before 1.
+    const GridColumn display[] = {{0, true}, {2, true}, {3, false}, {1, true}};
+    struct Case {
+        GridCell from;
+        int step;
+        GridCell to;
+    };
+    for (const Case& each : {Case{{4, 2}, 1, {4, 1}},
+                             {{4, 1}, 1, {5, 2}},
+                             {{4, 1}, -1, {4, 2}},
+                             {{4, 2}, -1, {3, 1}},
+                             {{9, 1}, 1, {9, 1}},
+                             {{0, 2}, -1, {0, 2}},
+                             {{4, 3}, 1, {4, 1}},
+                             {{4, 3}, -1, {4, 2}},
+                             {{4, 0}, 1, {4, 2}},
+                             {{-1, -1}, 1, {0, 2}},
+                             {{4, 77}, 1, {4, 2}}}) {
+        EXPECT_EQ(cellBeside(display, 1, each.from, each.step, 10), each.to)
+            << each.from.row << "," << each.from.column << " by " << each.step;
+    }
+    EXPECT_EQ(cellBeside(display, 9, {4, 2}, 1, 10), (GridCell{4, 2})) << "no column to stop at";
+    EXPECT_EQ(cellBeside(display, 1, {-1, -1}, 1, 0), (GridCell{-1, -1})) << "no rows";
+    EXPECT_EQ(columnAtPosition(display, 1), 2);
+    EXPECT_EQ(columnAtPosition(display, 2), 1) << "behind the hidden one";
+    EXPECT_EQ(columnAtPosition(display, 10000), 1);
+    EXPECT_EQ(columnAtPosition({}, 1), -1);
+}
+
+TEST(GridRules, TheMenuForEachRightClick) {
+    const auto texts = [](int flags, bool editing, int column) {
+        std::string all;
+        for (const GridMenuEntry& entry : gridMenu(flags, editing, column)) {
+            all += entry.text != nullptr ? entry.text : "-";
+            all += "|";
+        }
+        return all;
+    };
+    const std::string records = "Nouvel Enregistrement|Effacer les enregistrements selectionnés|-|";
+    const std::string exports =
+        "Imprimer la selection (HTML)|Imprimer Tout (HTML)|"
+        "Copier la selection (ClipBoard)|Copier tout (ClipBoard)|";
+    struct Case {
+        bool editing;
+        int column, flags;
+        std::string texts;
+    };
+    for (const Case& each : {Case{true, 0, 7, records + exports},
+                             {true, 3, 0, ""},
+                             {false, 3, 6, exports},
+                             {false, 0, 6, exports}}) {
+        const int flags = gridMenuFlags(each.editing, each.column);
+        EXPECT_EQ(flags, each.flags);
+        EXPECT_EQ(texts(flags, each.editing, each.column), each.texts);
+    }
+}
+
+TEST(GridRules, ColoursOfAttributes) {
+    EXPECT_EQ(cellColor(1, 0xFFFFFF), 0xFFFFFFu);
+    EXPECT_EQ(cellColor(cellPink | cellRed | cellYellow, 0), 0x6464F0u);
+    EXPECT_EQ(cellColor(cellPink | cellYellow | cellToRowEnd, 0), 0xB4B4F0u);
+    EXPECT_EQ(cellColor(cellBlue | cellGreen, 0), 0xB4F0B4u);
+}
+
+}  // namespace

@@ -1,0 +1,238 @@
+#include <chrono>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "edit_list_support.h"
+
+// The grid under real keys and a real mouse (SendInput), and under everything that may happen to it
+// meanwhile.
+
+namespace {
+
+/// Dispatches what waits, as a program's loop does; input takes a moment to arrive.
+void pumpInput() {
+    for (int round = 0; round < 5; ++round) {
+        MSG message;
+        while (::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+            ::TranslateMessage(&message);
+            ::DispatchMessageA(&message);
+        }
+        ::Sleep(2);
+    }
+}
+
+void sendKey(WORD key, bool down) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+    ::SendInput(1, &input, sizeof input);
+}
+
+void pressKey(WORD key) {
+    sendKey(key, true);
+    sendKey(key, false);
+    pumpInput();
+}
+
+void clickAt(const CWnd& window, POINT place, DWORD down, DWORD up) {
+    window.ClientToScreen(&place);
+    for (const DWORD flags : {DWORD{MOUSEEVENTF_MOVE}, down, up}) {
+        INPUT input = {};
+        input.type = INPUT_MOUSE;
+        input.mi.dx = place.x * 65536 / ::GetSystemMetrics(SM_CXSCREEN) + 1;
+        input.mi.dy = place.y * 65536 / ::GetSystemMetrics(SM_CYSCREEN) + 1;
+        input.mi.dwFlags = flags | MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE;
+        ::SendInput(1, &input, sizeof input);
+        pumpInput();
+    }
+}
+
+class EditListInput : public testing::Test {
+  protected:
+    GridParent parent;
+    TestGrid grid{parent};
+    AnsweringPrompt prompt;
+    EditListInput() {
+        grid.SetFocus();
+        pumpInput();
+    }
+};
+
+TEST_F(EditListInput, RealKeysMoveTypeToggleAndDelete) {
+    grid.SetCurrentSubItem(3, TestGrid::left);
+    pressKey(VK_DOWN);
+    EXPECT_EQ(grid.current(), "4,1");
+    pressKey('7');
+    EXPECT_EQ(grid.edited(), "7") << "typing replaces the text";
+    pressKey(VK_TAB);
+    EXPECT_EQ(grid.current() + grid.text(4, TestGrid::left), "4,27");
+    sendKey(VK_SHIFT, true);
+    pressKey(VK_TAB);
+    sendKey(VK_SHIFT, false);
+    EXPECT_EQ(grid.current(), "4,1");
+    for (int i = 0; i < 3; ++i) pressKey(VK_RETURN);
+    EXPECT_EQ(grid.current(), "4,4");
+    pressKey(VK_SPACE);
+    EXPECT_EQ(grid.text(4, TestGrid::check), "0");
+    pressKey(VK_RIGHT);
+    EXPECT_EQ(grid.current(), "4,5");
+    pressKey(VK_HOME);
+    pressKey(VK_RIGHT);
+    EXPECT_EQ(grid.current(), "4,5") << "the caret moved inside the text";
+    sendKey(VK_CONTROL, true);
+    pressKey(VK_HOME);
+    sendKey(VK_CONTROL, false);
+    EXPECT_EQ(grid.current(), "0,1");
+    grid.SetCurrentSubItem(2, 0);
+    pressKey(VK_DELETE);
+    EXPECT_EQ(grid.GetItemCount(), 19);
+}
+
+TEST_F(EditListInput, TheReleaseOfASwallowedKeyIsSwallowedToo) {
+    struct Listening : TestGrid {
+        using TestGrid::TestGrid;
+        int downs = 0, ups = 0;
+        LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+            downs += message == WM_KEYDOWN;
+            ups += message == WM_KEYUP;
+            return TestGrid::WindowProc(message, wParam, lParam);
+        }
+    };
+    Listening each(parent);
+    each.SetFocus();
+    each.SetCurrentSubItem(2, TestGrid::check);
+    pressKey(VK_DOWN);
+    EXPECT_EQ(each.downs + each.ups, 0);
+    pressKey(VK_F5);
+    EXPECT_EQ(each.downs + each.ups, 2);
+}
+
+TEST_F(EditListInput, ARealMouseEntersCellsAndTogglesChecks) {
+    constexpr DWORD down = MOUSEEVENTF_LEFTDOWN, up = MOUSEEVENTF_LEFTUP;
+    clickAt(grid, grid.middle(5, TestGrid::right), down, up);
+    EXPECT_EQ(grid.current() + " " + grid.edited(), "5,2 5,2");
+    EXPECT_EQ(::GetFocus(), grid.m_RightEditor.m_hWnd);
+    clickAt(grid, grid.middle(7, TestGrid::check), down, up);
+    EXPECT_EQ(grid.text(7, TestGrid::check), "-1");
+    EXPECT_EQ(grid.selected(), "7 ");
+    sendKey(VK_CONTROL, true);
+    clickAt(grid, grid.middle(9, TestGrid::left), down, up);
+    sendKey(VK_CONTROL, false);
+    pumpInput();
+    EXPECT_EQ(grid.current() + " " + grid.selected(), "7,4 7 9 ");
+}
+
+TEST_F(EditListInput, TwoGridsShareTheHookInAnyOrder) {
+    EXPECT_EQ(CEditListCtrl::m_nWindowsHook, 1);
+    const HHOOK hook = CEditListCtrl::m_WindowsHook;
+    ASSERT_NE(hook, nullptr);
+    auto second = std::make_unique<TestGrid>(parent);
+    auto third = std::make_unique<TestGrid>(parent);
+    second.reset();
+    EXPECT_EQ(CEditListCtrl::m_nWindowsHook, 2);
+    EXPECT_EQ(CEditListCtrl::m_WindowsHook, hook);
+    third->SetFocus();
+    third->SetCurrentSubItem(1, TestGrid::left);
+    pressKey(VK_DOWN);
+    EXPECT_EQ(third->current() + " " + grid.current(), "2,1 -1,-1");
+}
+
+TEST_F(EditListInput, TheParentMayDestroyTheGridInANotification) {
+    for (const bool object : {false, true}) {
+        auto victim = std::make_unique<TestGrid>(parent);
+        victim->SetFocus();
+        parent.onMove = [&] { object ? victim.reset() : static_cast<void>(victim->DestroyWindow()); };
+        victim->SetCurrentSubItem(2, TestGrid::left);
+        EXPECT_TRUE(victim == nullptr || victim->m_hWnd == nullptr);
+        victim = std::make_unique<TestGrid>(parent);
+        victim->click(3, TestGrid::right);
+        EXPECT_TRUE(victim == nullptr || victim->m_hWnd == nullptr);
+        victim = std::make_unique<TestGrid>(parent);
+        victim->SetFocus();
+        pressKey(VK_DOWN);
+        EXPECT_TRUE(victim == nullptr || victim->m_hWnd == nullptr);
+        victim = std::make_unique<TestGrid>(parent);
+        victim->AddNew();
+        parent.onMove = [] {};
+    }
+}
+
+TEST_F(EditListInput, RowsAndColumnsMayVanishWhileEdited) {
+    grid.SetCurrentSubItem(19, TestGrid::left);
+    grid.type("orphelin");
+    grid.SendMessage(LVM_DELETEITEM, 19);
+    EXPECT_EQ(grid.SetCurrentSubItem(3, TestGrid::left), 1);
+    EXPECT_EQ(prompt.asked, "");
+    EXPECT_EQ(grid.current(), "3,1");
+    grid.type("colonne");
+    grid.SendMessage(LVM_DELETECOLUMN, TestGrid::left);  // behind the grid's back
+    pressKey(VK_DOWN);
+    EXPECT_EQ(grid.SetCurrentSubItem(4, 2), 1);
+    grid.type("9");
+    grid.SendMessage(LVM_DELETEALLITEMS);
+    pressKey(VK_UP);
+    EXPECT_EQ(grid.SetCurrentSubItem(2, 2), 1);
+    EXPECT_EQ(grid.current(), "-1,2");
+    while (grid.m_HeaderCtrl.GetItemCount() > 0) grid.DeleteColumn(0);
+    grid.SetCurrentSubItem(0, 0);
+    pressKey(VK_TAB);
+    EXPECT_EQ(grid.SetCurrentSubItemPos(0, 1), 0) << "no columns";
+    EXPECT_EQ(grid.AddNew(), 1);
+    EXPECT_EQ(grid.Delete(), 1);
+}
+
+TEST_F(EditListInput, EditorsMayRefuseTheFocusOrGo) {
+    struct Refusing : CEdit {
+        LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+            const LRESULT result = CEdit::WindowProc(message, wParam, lParam);
+            if (message == WM_SETFOCUS) ::SetFocus(GetParent());
+            return result;
+        }
+    };
+    auto* const editor = new Refusing;
+    editor->Create(WS_CHILD, {0, 0, 10, 10}, &grid, 901);
+    grid.GetMyListHeader(TestGrid::center)->pEditWnd = editor;
+    grid.SetCurrentSubItem(2, TestGrid::center);
+    EXPECT_EQ(::GetFocus(), grid.m_hWnd);
+    EXPECT_EQ(grid.edited(), "2,3");
+    grid.SetFocus();
+    editor->DestroyWindow();
+    EXPECT_EQ(grid.SetCurrentSubItem(3, TestGrid::center), 1);
+    EXPECT_EQ(grid.m_pActiveEditor, &grid.m_CenterEditor);
+    grid.SetCurrentSubItem(3, TestGrid::left);
+    grid.m_LeftEditor.DestroyWindow();
+    pressKey(VK_DOWN);
+    EXPECT_EQ(grid.SetCurrentSubItem(4, TestGrid::right), 1);
+}
+
+TEST_F(EditListInput, AMegabyteInACell) {
+    const std::string huge(1 << 20, 'W');
+    grid.SetItemText(2, TestGrid::left, huge.c_str());
+    const auto start = std::chrono::steady_clock::now();
+    grid.SetCurrentSubItem(2, TestGrid::left);
+    grid.UpdateWindow();
+    grid.SetCurrentSubItem(2, TestGrid::right);
+    EXPECT_EQ(grid.text(2, TestGrid::left), huge);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+TEST_F(EditListInput, AHundredRoundsLeaveNoHandles) {
+    const auto round = [] {
+        HiddenParent owner;
+        TestGrid each(owner, 3);
+        CRecordButton navigator;
+        navigator.Create(WS_CHILD | WS_VISIBLE, {0, 310, 300, 335}, &owner, 78);
+        each.LinkRecordButton(&navigator);
+        each.SetCurrentSubItem(1, TestGrid::left);
+        each.AddNew();
+    };
+    for (int i = 0; i < 3; ++i) round();
+    const HandleLevels before;
+    for (int i = 0; i < 100; ++i) round();
+    const HandleLevels after;
+    EXPECT_TRUE(after.heldSince(before)) << before.text() << " -> " << after.text();
+}
+
+}  // namespace
