@@ -223,6 +223,23 @@ HWND CMessageBoxDialog::createControl(const char* windowClass, const char* text,
     return control;
 }
 
+/// In lines of our own: an edit control may take minutes to wrap a line of 100 KB.
+void CMessageBoxDialog::createScrolledMessage(const kestra::BoxPlace& place) {
+    constexpr DWORD style =
+        WS_TABSTOP | WS_VSCROLL | WS_BORDER | ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL | ES_AUTOVSCROLL;
+    const HWND edit = createControl("EDIT", "", style, IDC_BOX_MESSAGE, place);
+    RECT room = {};
+    ::SendMessageA(edit, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&room));
+    kestra::CharacterWidths widths = {};
+    {
+        const platform::WindowDc dc(edit);
+        const platform::Selected font(dc, GetFont());
+        ::GetCharWidth32A(dc, 0, 255, widths.data());
+    }
+    ::SendMessageA(edit, EM_SETLIMITTEXT, 0, 0);
+    ::SetWindowTextA(edit, kestra::wrappedLines(m_message.view(), room.right - room.left, widths).c_str());
+}
+
 /// In the order of Tab: the message when it scrolls, the check box, the buttons.
 void CMessageBoxDialog::createControls(const kestra::BoxLayout& layout, HICON icon) {
     if (icon != nullptr) {
@@ -230,10 +247,7 @@ void CMessageBoxDialog::createControls(const kestra::BoxLayout& layout, HICON ic
         ::SendMessageA(picture, STM_SETICON, reinterpret_cast<WPARAM>(icon), 0);
     }
     if (layout.scrolls) {
-        constexpr DWORD field = WS_TABSTOP | WS_VSCROLL | WS_BORDER | ES_MULTILINE | ES_READONLY;
-        const HWND edit = createControl("EDIT", "", field, IDC_BOX_MESSAGE, layout.message);
-        ::SendMessageA(edit, EM_SETLIMITTEXT, 0, 0);
-        ::SetWindowTextA(edit, withCrLf(m_message));
+        createScrolledMessage(layout.message);
     } else {
         createControl("STATIC", m_message, SS_OWNERDRAW | SS_NOPREFIX, IDC_BOX_MESSAGE, layout.message);
     }

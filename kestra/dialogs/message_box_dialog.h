@@ -84,6 +84,7 @@ class KESTRA_API CMessageBoxDialog : public CDialog {
     const std::string& answerName();
     kestra::BoxExtents measure(HICON icon) const;
     void createControls(const kestra::BoxLayout& layout, HICON icon);
+    void createScrolledMessage(const kestra::BoxPlace& place);
     HWND createControl(const char* windowClass, const char* text, DWORD style, int id,
                        const kestra::BoxPlace& place);
     void placeOnScreen(const kestra::BoxSize& client);

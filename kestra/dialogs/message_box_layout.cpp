@@ -112,6 +112,37 @@ class Layout {
 
 }  // namespace
 
+std::string wrappedLines(std::string_view text, int width, const CharacterWidths& widths) {
+    constexpr std::string_view lineEnd = "\r\n";
+    std::string lines;
+    std::size_t lineStart = 0, afterBlank = 0;  // in `lines`; `afterBlank` is where the line may be broken
+    int used = 0, usedAtBlank = 0;
+    for (const char character : text) {
+        if (character == '\r') continue;
+        if (character == '\n') {
+            lines += lineEnd;
+            lineStart = afterBlank = lines.size();
+            used = usedAtBlank = 0;
+            continue;
+        }
+        const int wide = widths[static_cast<unsigned char>(character)];
+        if (character != ' ' && used + wide > width && lines.size() > lineStart) {
+            const bool atBlank = afterBlank > lineStart;
+            lines.insert(atBlank ? afterBlank : lines.size(), lineEnd);
+            used = atBlank ? used - usedAtBlank : 0;
+            lineStart = afterBlank = (atBlank ? afterBlank : lines.size() - lineEnd.size()) + lineEnd.size();
+            usedAtBlank = 0;
+        }
+        lines += character;
+        used += wide;
+        if (character == ' ') {
+            afterBlank = lines.size();
+            usedAtBlank = used;
+        }
+    }
+    return lines;
+}
+
 int widestMessage(const BoxExtents& extents) {
     return Layout(extents).widestMessage();
 }

@@ -154,6 +154,26 @@ TEST(MessageBoxLayout, HoldsForOneWordAndFortyLinesAtEachResolution) {
     }
 }
 
+TEST(MessageBoxLayout, LinesAreWrapped) {
+    CharacterWidths widths;
+    widths.fill(1);
+    widths[static_cast<unsigned char>('W')] = 3;
+    const struct {
+        const char *text, *lines;
+    } cases[] = {{"", ""},
+                 {"court", "court"},
+                 {"a\nb\r\n\nc", "a\r\nb\r\n\r\nc"},
+                 {"un deux trois", "un deux \r\ntrois"},
+                 {"un deux     trois", "un deux     \r\ntrois"},
+                 {"abcdefghijklmnopqr", "abcdefgh\r\nijklmnop\r\nqr"},
+                 {"ab cdefghijklm", "ab \r\ncdefghij\r\nklm"},
+                 {"WWWWW", "WW\r\nWW\r\nW"},
+                 {"exactly8\nx", "exactly8\r\nx"}};
+    for (const auto& each : cases) EXPECT_EQ(wrappedLines(each.text, 8, widths), each.lines);
+    EXPECT_EQ(wrappedLines("abc", 0, widths), "a\r\nb\r\nc");
+    EXPECT_EQ(wrappedLines(std::string(100000, 'x'), 8, widths).size(), 100000U + 2 * (100000 / 8 - 1));
+}
+
 TEST(MessageBoxLayout, HoldsOnSmallScreens) {
     BoxExtents extents{{6, 13}, {320, 200}, {32, 32}, {}, {160, 13}, {25, 75, 20, 80, 40, 30}, 5000, 16};
     extents.message = {INT_MAX, INT_MAX};
