@@ -4,22 +4,20 @@
 #include <cstdint>
 #include <string>
 
-/// What the process holds of the system: kernel handles, GDI objects and windows. The GDI objects are counted
-/// in the table that the system shares with each process, because Wine's GetGuiResources counts nothing.
+/// What the process holds of the system: GDI objects, windows and handles. Wine's GetGuiResources and
+/// GetProcessHandleCount count nothing: GDI objects are counted in the table that the system shares with each
+/// process, the others by the place that a new one takes.
 class ResourceCounts {
   public:
     ResourceCounts() {
-        ::GetProcessHandleCount(::GetCurrentProcess(), &m_handles);
         countGdi();
-        m_userIndex = newWindowIndex();
+        m_userPlace = newMenuPlace();
+        m_handlePlace = newHandlePlace();
     }
     std::string text() const {
-        return "handles " + std::to_string(m_handles) + ", GDI objects " + std::to_string(m_gdi) +
-               ", free place among windows and menus " + std::to_string(m_userIndex);
+        return "GDI objects " + std::to_string(m_gdi) + ", next free place among windows and menus " +
+               std::to_string(m_userPlace) + ", among handles " + std::to_string(m_handlePlace);
     }
-    DWORD m_handles = 0;
-    int m_gdi = 0;
-    unsigned m_userIndex = 0;
 
   private:
     /// An entry of the table (64-bit systems).
@@ -48,10 +46,20 @@ class ResourceCounts {
                 ++m_gdi;
     }
     /// Places are taken again when they are free: a leak pushes this number up.
-    static unsigned newWindowIndex() {
+    static unsigned newMenuPlace() {
         const HMENU menu = ::CreateMenu();
         const auto index = static_cast<unsigned>(reinterpret_cast<UINT_PTR>(menu) & 0xFFFF);
         ::DestroyMenu(menu);
         return index;
     }
+    static unsigned newHandlePlace() {
+        const HANDLE event = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);
+        const auto place = static_cast<unsigned>(reinterpret_cast<UINT_PTR>(event));
+        ::CloseHandle(event);
+        return place;
+    }
+
+    int m_gdi = 0;
+    unsigned m_userPlace = 0;
+    unsigned m_handlePlace = 0;
 };
