@@ -21,9 +21,11 @@ namespace {
 
 constexpr unsigned greetingMilliseconds = 10'000;
 /// A server that goes on answering is not listened to any longer.
-constexpr std::size_t longestReply = 1024 * 1024;
+constexpr std::size_t longestReply = 1'048'576;
 /// The end of a reply that tells whether lines follow: two lines of the longest length that the protocol has.
 constexpr int recentReply = 1024;
+/// Text for the server is gathered up to this size.
+constexpr std::size_t sendSize = 65'536;
 
 /// One dialogue with a server, in its order; each step is false when the dialogue has ended there.
 class Dialogue {
@@ -142,7 +144,7 @@ bool Dialogue::data() {
 
 bool Dialogue::put(std::string_view text) {
     m_pending += text;
-    return m_pending.size() < 64 * 1024 || flush();
+    return m_pending.size() < sendSize || flush();
 }
 
 bool Dialogue::flush() {

@@ -12,9 +12,8 @@ inline AFX_MODULE_STATE* AfxGetStaticModuleState() {
     return &state;
 }
 
-struct AfxManageState {
+struct [[maybe_unused]] AfxManageState {
     explicit AfxManageState(AFX_MODULE_STATE*) {}
-    ~AfxManageState() {}
 };
 
 /// Application object of a module; see `platform/window/win_app.h`.
