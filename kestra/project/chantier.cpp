@@ -9,6 +9,7 @@
 #include <dorsel/paths.h>
 #include <dorsel/settings.h>
 #include <kestra/frame/frame_hooks.h>
+#include <kestra/project/change_file.h>
 #include <kestra/project/line_filter.h>
 #include <kestra/project/line_reader.h>
 #include <kestra/project/project_walk.h>
@@ -77,6 +78,7 @@ const char* Cchantier::Open(const char* name) {
     const std::string file = asked.substr(0, asked.rfind('.')) + ".cht";
     char found[DOS::pathSize];
     if (DOS::Localise_fichier(found, file.c_str(), chemins_CHT, 0) == nullptr) return nullptr;
+    if (!kestra::ChangeFile::settle(found)) return nullptr;
     m_fp = platform::Stream::open(found, platform::OpenMode::update);
     if (m_fp == nullptr) return nullptr;
     lastOpenedPath = found;

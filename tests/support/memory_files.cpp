@@ -30,6 +30,7 @@ class MemoryFile : public platform::File {
     }
     bool sync() override { return true; }
     bool lock(int) override { return true; }
+    bool isAt(const char*) override { return true; }
 
   private:
     std::shared_ptr<std::string> m_content;
