@@ -75,12 +75,14 @@ class KeptBytes {
 };
 
 bool copyWithout(platform::File& file, const std::vector<LinePlace>& lines, platform::FileReplacement& out) {
+    const std::int64_t size = file.size();
+    if (size < lines.back().end) return false;
     KeptBytes kept(file, out);
     for (const LinePlace& line : lines) {
         if (!kept.copyTo(line.start)) return false;
         kept.skipTo(line.end);
     }
-    return kept.copyTo(file.size()) && kept.flush();
+    return kept.copyTo(size) && kept.flush();
 }
 
 }  // namespace

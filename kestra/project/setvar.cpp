@@ -108,17 +108,17 @@ int ChtdefSetVar(const CStringArray& fields) {
 
 namespace {
 
-/// Position behind the first "$" of a line's bytes, -1 when there is none.
+/// Position behind the first "$" of a line's bytes: the line's end when there is none, -1 when they cannot be
+/// read.
 std::int64_t tagPlace(platform::File& file, const LinePlace& line) {
     char piece[64];
     for (std::int64_t at = line.start; at < line.end; at += static_cast<std::int64_t>(sizeof piece)) {
         const auto wanted = std::min(line.end - at, static_cast<std::int64_t>(sizeof piece));
-        const std::int64_t got = file.readAt(at, piece, static_cast<std::size_t>(wanted));
-        if (got <= 0) return -1;
-        const auto* const found = std::find(piece, piece + got, '$');
-        if (found != piece + got) return at + (found - piece) + 1;
+        if (file.readAt(at, piece, static_cast<std::size_t>(wanted)) != wanted) return -1;
+        const auto* const found = std::find(piece, piece + wanted, '$');
+        if (found != piece + wanted) return at + (found - piece) + 1;
     }
-    return -1;
+    return line.end;
 }
 
 }  // namespace
@@ -136,7 +136,8 @@ int Cchantier::Changevar(const char* section, const char* name, const char* newS
     std::vector<Replacement> replacements;
     for (const LinePlace& line : turn.findAll(LineFilter(tag, textOf(name)))) {
         const std::int64_t place = tagPlace(turn.file(), line);
-        if (place < 0) continue;
+        if (place < 0) return -1;
+        if (place == line.end) continue;
         const std::string text = deletes ? "." : newTag;
         replacements.push_back({place, static_cast<std::int64_t>(text.size()), text});
     }

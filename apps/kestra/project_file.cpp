@@ -1,0 +1,23 @@
+#include "project_file.h"
+
+#include <dorsel/paths.h>
+#include <platform/cp1252.h>
+#include <platform/files.h>
+
+const std::string_view cannotOpen = "introuvable, ou ne peut être modifié";
+const std::string_view cannotWrite = "écriture impossible, le fichier est resté comme il était";
+
+std::string projectPath(const std::string& named) {
+    std::string path = platform::theFiles().absolute(named.c_str());
+    if (!platform::equalNoCase1252(DOS::GetPName(path.c_str(), "E"), ".cht")) path += ".cht";
+    return platform::theFiles().kind(path.c_str()) == platform::FileKind::file ? path : named;
+}
+
+std::string sectionTag(const std::string& named) {
+    return named.starts_with('$') ? named : '$' + named;
+}
+
+int failProject(const Command& command, const std::string& project, std::string_view why, Terminal& terminal) {
+    terminal.error("kestra " + std::string(command.name) + " : « " + project + " » : " + std::string(why) + '\n');
+    return exitFailed;
+}
