@@ -17,7 +17,9 @@ std::string sectionTag(const std::string& named) {
     return named.starts_with('$') ? named : '$' + named;
 }
 
-int failProject(const Command& command, const std::string& project, std::string_view why, Terminal& terminal) {
-    terminal.error("kestra " + std::string(command.name) + " : « " + project + " » : " + std::string(why) + '\n');
+int failProject(const Command& command, const std::string& project, std::string_view why,
+                Terminal& terminal) {
+    terminal.error("kestra " + std::string(command.name) + " : « " + project + " » : " + std::string(why) +
+                   '\n');
     return exitFailed;
 }

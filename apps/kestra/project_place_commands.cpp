@@ -24,12 +24,15 @@ int create(Arguments arguments, Terminal& terminal) {
     project.Close();
     const int lines = project.Create(path.c_str(), model.c_str());
     if (lines == 0)
-        return failProject(projectCreate, words.names[0], "existe déjà, est vide ou ne peut être créé", terminal);
+        return failProject(projectCreate, words.names[0], "existe déjà, est vide ou ne peut être créé",
+                           terminal);
     if (words.json)
-        terminal.output(json::object({{"file", json::text(project.m_cheminCht.view())}, {"lines", std::to_string(lines)}}) +
+        terminal.output(json::object({{"file", json::text(project.m_cheminCht.view())},
+                                      {"lines", std::to_string(lines)}}) +
                         '\n');
     else
-        terminal.output(std::string(project.m_cheminCht.view()) + " : " + countedLines(lines, "écrite") + '\n');
+        terminal.output(std::string(project.m_cheminCht.view()) + " : " + countedLines(lines, "écrite") +
+                        '\n');
     return exitDone;
 }
 

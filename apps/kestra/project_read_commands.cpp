@@ -65,7 +65,7 @@ std::string serviceOf(const std::string& project) {
 struct Summary {
     std::string file;
     KnownValue title{"$VARCHT", "TITRE"}, drawing{"$VARCHT", "DWG_DXF"}, projection{"$VORTLIN", "PROJECTION"};
-    std::vector<std::string> variables;
+    std::vector<std::string> variables = {};
     std::string service = {};
 
     std::string asJson() const {
@@ -78,8 +78,9 @@ struct Summary {
                '\n';
     }
     std::string asText() const {
-        std::string text = "Projet     : " + file + "\nTitre      : " + title.value + "\nService    : " + service +
-                           "\nDessins    : " + drawing.value + "\nProjection : " + projection.value + "\n\n";
+        std::string text = "Projet     : " + file + "\nTitre      : " + title.value +
+                           "\nService    : " + service + "\nDessins    : " + drawing.value +
+                           "\nProjection : " + projection.value + "\n\n";
         for (const std::string& line : variables) text += line;
         return text;
     }
@@ -92,7 +93,8 @@ int show(Arguments arguments, Terminal& terminal) {
     project.m_cheminCht = projectPath(words.names[0]).c_str();
     Summary summary{words.names[0]};
     const int lines = VisitVariables(project, [&](const ProjectVariable& variable) {
-        for (KnownValue* known : {&summary.title, &summary.drawing, &summary.projection}) known->take(variable);
+        for (KnownValue* known : {&summary.title, &summary.drawing, &summary.projection})
+            known->take(variable);
         summary.variables.push_back(words.json ? jsonOf(variable) : lineOf(variable));
         return true;
     });
@@ -121,8 +123,9 @@ int get(Arguments arguments, Terminal& terminal) {
     Cchantier project;
     project.m_cheminCht = projectPath(words.names[0]).c_str();
     std::vector<std::string> answers;
-    const int lines = VisitFoundLines(project, sectionTag(words.names[1]).c_str(), words.names[2].c_str(),
-                                      [&](const CStringArray& fields) { answers.push_back(answerOf(fields, words.json)); });
+    const int lines =
+        VisitFoundLines(project, sectionTag(words.names[1]).c_str(), words.names[2].c_str(),
+                        [&](const CStringArray& fields) { answers.push_back(answerOf(fields, words.json)); });
     if (lines < 0) return failProject(projectGet, words.names[0], cannotOpen, terminal);
     if (words.json) {
         terminal.output(json::array(answers) + '\n');

@@ -44,7 +44,8 @@ int change(const Command& command, const Words& words, const char* newSection, s
     if (!openProject(project, command, words, terminal)) return exitFailed;
     const int lines =
         project.Changevar(sectionTag(words.names[1]).c_str(), words.names[2].c_str(), newSection);
-    if (lines == 0) return failProject(command, words.names[0], "aucune variable « " + words.names[2] + " »", terminal);
+    if (lines == 0)
+        return failProject(command, words.names[0], "aucune variable « " + words.names[2] + " »", terminal);
     return report(command, words, lines, what, terminal);
 }
 
@@ -58,8 +59,10 @@ int rename(Arguments arguments, Terminal& terminal) {
     const Words words = readWords(arguments, {"le projet", "la section", "le nom", "la nouvelle section"});
     if (!words.fault.empty()) return refuseUsage(projectRename, words.fault, terminal);
     const std::string section = sectionTag(words.names[3]);
-    if (section.size() != sectionTag(words.names[1]).size() || section.find_first_of(";.\r\n") != section.npos)
-        return refuseUsage(projectRename, "la nouvelle section doit avoir la longueur de l'ancienne", terminal);
+    if (section.size() != sectionTag(words.names[1]).size() ||
+        section.find_first_of(";.\r\n") != section.npos)
+        return refuseUsage(projectRename, "la nouvelle section doit avoir la longueur de l'ancienne",
+                           terminal);
     return change(projectRename, words, section.c_str(), "changée", terminal);
 }
 

@@ -12,9 +12,12 @@ int service(Arguments arguments, Terminal& terminal) {
     char folder[DOS::pathSize];
     const int length = Cchantier::Serv_dir(words.names[0].c_str(), folder);
     if (length < 0) return exitFailed;  // the message has said it
-    if (length == 0) return failProject(serviceCommand, words.names[0], "aucun dossier pour ce code", terminal);
-    terminal.output(words.json ? json::object({{"code", json::text(words.names[0])}, {"folder", json::text(folder)}}) + '\n'
-                               : std::string(folder) + '\n');
+    if (length == 0)
+        return failProject(serviceCommand, words.names[0], "aucun dossier pour ce code", terminal);
+    terminal.output(
+        words.json
+            ? json::object({{"code", json::text(words.names[0])}, {"folder", json::text(folder)}}) + '\n'
+            : std::string(folder) + '\n');
     return exitDone;
 }
 

@@ -23,5 +23,6 @@ Words readWords(Arguments arguments, std::initializer_list<const char*> expected
 
 std::string countedLines(long count, std::string_view what) {
     const bool several = count > 1;
-    return std::to_string(count) + (several ? " lignes " : " ligne ") + std::string(what) + (several ? "s" : "");
+    return std::to_string(count) + (several ? " lignes " : " ligne ") + std::string(what) +
+           (several ? "s" : "");
 }

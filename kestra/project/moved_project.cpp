@@ -80,7 +80,9 @@ int Cchantier::Maj_DirCht() {
     if (turn == nullptr) return 0;
     std::string text;
     if (!platform::readWholeFile(path.c_str(), text)) return 1;
+    const std::string folder = kestra::folderOf(path.c_str());
+    // Where case counts (POSIX paths) an upper-case folder would lead nowhere.
     const std::string updated =
-        broughtUpToDate(text, platform::upperCased1252(kestra::folderOf(path.c_str())));
+        broughtUpToDate(text, folder.starts_with('/') ? folder : platform::upperCased1252(folder));
     return updated == text || platform::replaceWholeFile(path.c_str(), updated) ? 1 : 0;
 }
