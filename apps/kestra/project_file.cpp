@@ -8,9 +8,14 @@ const std::string_view cannotOpen = "introuvable, ou ne peut être modifié";
 const std::string_view cannotWrite = "écriture impossible, le fichier est resté comme il était";
 
 std::string projectPath(const std::string& named) {
-    std::string path = platform::theFiles().absolute(named.c_str());
-    if (!platform::equalNoCase1252(DOS::GetPName(path.c_str(), "E"), ".cht")) path += ".cht";
-    return platform::theFiles().kind(path.c_str()) == platform::FileKind::file ? path : named;
+    const std::string path = platform::theFiles().absolute(named.c_str());
+    const bool isWhole = platform::equalNoCase1252(DOS::GetPName(path.c_str(), "E"), ".cht");
+    // `create` gives the extension in upper case, and there are disks on which case counts.
+    for (const char* extension : {isWhole ? "" : ".cht", ".CHT"})
+        if (const std::string file = path + extension;
+            platform::theFiles().kind(file.c_str()) == platform::FileKind::file)
+            return file;
+    return named;
 }
 
 std::string sectionTag(const std::string& named) {

@@ -193,10 +193,11 @@ class KESTRA_API Cchantier {
     /// taken as a service code. 2 when the file stands in the service's folder: `m_cheminCht` is then
     /// corrected and `Maj_DirCht` done. 1 when nothing has to be done, 0 when it was not found.
     int Maj_DirService();
-    /// Records the project's folder in the file ("$VARCHT;MAJDIRCHT;", upper case) and, after a move, puts
-    /// the new folder in the place of the one recorded before (without a record: the second value of
-    /// "$VARCHT;CHANTIER;") wherever that occurs. `m_cheminCht` is opened as it stands. 1 when done, 0, with
-    /// the file as it was, when it cannot be opened or written.
+    /// Records the project's folder in the file ("$VARCHT;MAJDIRCHT;", upper case unless it is a POSIX path)
+    /// and, after a move, puts the new folder in the place of the one recorded before wherever that occurs.
+    /// Without a record the second value of "$VARCHT;CHANTIER;" is taken, unless it is relative ("..\").
+    /// `m_cheminCht` is opened as it stands. 1 when done, also, with the file as it was, when it cannot be
+    /// read whole; 0, with the file as it was, when it cannot be opened or written.
     int Maj_DirCht();
     /// The extent of the layouts stored in a project: box receives minimum X and Y, maximum X and Y, cut to
     /// whole numbers, of the rectangles that the "$MEP;" lines describe. Returns the number of layouts; lines

@@ -35,7 +35,9 @@ std::optional<std::string> oldFolder(std::string_view text, std::size_t record) 
     const std::size_t first = project + projectTag.size();
     const std::size_t end = text.find_first_of(";\r\n", first);
     if (end == text.npos || text[end] != ';') return std::nullopt;
-    return std::string(folderAt(text, end + 1));
+    const std::string_view old = folderAt(text, end + 1);
+    // A relative folder moves along, and stands in too many other paths to be replaced.
+    return old.starts_with("..") ? std::nullopt : std::optional(std::string(old));
 }
 
 std::string withReplaced(std::string_view text, std::string_view before, std::string_view after) {

@@ -163,6 +163,7 @@ TEST_F(Services, AMovedProjectIsFoundAndBroughtUpToDate) {
         {"x\r", "x "},
         {"\xE9", " "},
         {"$VARCHT;CHANTIER;a\r\n$VARCHT;B;c", "$VARCHT;CHANTIER;a\r\n$VARCHT;B;c\r\n"},
+        {"$VARCHT;CHANTIER;a;..\\\r\n..\\x\r\n", "$VARCHT;CHANTIER;a;..\\\r\n..\\x\r\n"},
         {"$VARCHT;CHANTIER;a;;a\r\n", "$VARCHT;CHANTIER;a;;a\r\n"},
         {"$varcht;MAJDIRCHT;D:\\\n", "$varcht;MAJDIRCHT;D:\\\n"},
     };
