@@ -9,7 +9,8 @@ namespace {
 
 const Command* const commands[] = {
     // one command a line
-    &convertCommand, &projectCommand, &projectionsCommand, &serviceCommand, &sortCommand,
+    &convertCommand, &htmlCommand, &mailCommand, &projectCommand, &projectionsCommand,
+    &requestCommand, &serviceCommand, &sortCommand, &titleCommand,
 };
 
 bool isHelp(std::string_view argument) {

@@ -1,19 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <apps/kestra/command.h>
 #include <platform/files.h>
 
+#include "../../support/kept_terminal.h"
 #include "../../support/settings_folders.h"
 
 namespace {
-
-class KeptTerminal : public Terminal {
-  public:
-    void output(std::string_view text) override { out += text; }
-    void error(std::string_view text) override { err += text; }
-    bool errorIsWatched() const override { return false; }
-    std::string out, err;
-};
 
 TEST(ProjectCommand, ASessionOfATechnician) {
     const SettingsFolders settings;
