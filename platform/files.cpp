@@ -42,11 +42,16 @@ bool putInPlace(const char* path, std::string_view content, FileReplacement::Exi
 File::~File() = default;
 FileSystem::~FileSystem() = default;
 void FileSystem::copyIdentity(const char*, const char*) {}
+std::string FileSystem::linkTarget(const char* path) {
+    return path;
+}
 bool FileSystem::syncFolder(const char*) {
     return true;
 }
 
-FileReplacement::FileReplacement(const char* path) : m_path(path), m_file(openCopy(path, m_copy)) {}
+// A link stays one: the file that it leads to is replaced.
+FileReplacement::FileReplacement(const char* path)
+    : m_path(theFiles().linkTarget(path)), m_file(openCopy(m_path.c_str(), m_copy)) {}
 
 FileReplacement::~FileReplacement() {
     if (m_copy.empty()) return;

@@ -67,6 +67,9 @@ class DORSEL_API FileSystem {
     /// Gives a file what belongs to the other one's name rather than to its content: on POSIX systems its
     /// permission bits, its owner where that is allowed, and its extended attributes. Nothing elsewhere.
     virtual void copyIdentity(const char* from, const char* to);
+    /// The file that a symbolic link of that name leads to; the path itself for anything else, and for a file
+    /// whose name Windows-1252 does not hold.
+    virtual std::string linkTarget(const char* path);
     /// True when the names made, renamed and removed in the folder of `path` are on the disk; at once where
     /// the system writes them in the order in which they happened.
     virtual bool syncFolder(const char* path);
@@ -96,7 +99,8 @@ inline bool isSeparator(char c) {
 }
 
 /// A new content for a file, put in its place in one step: it is written to a copy beside the file, under a
-/// name that no other file has, which `commit` syncs and renames. Without a commit the copy goes.
+/// name that no other file has, which `commit` syncs and renames. Without a commit the copy goes. Of a link
+/// the file that it leads to is replaced.
 class DORSEL_API FileReplacement {
   public:
     explicit FileReplacement(const char* path);

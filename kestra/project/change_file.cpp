@@ -121,7 +121,8 @@ ChangeFile::~ChangeFile() {
     if (m_ends) remove();
 }
 
-std::unique_ptr<ChangeFile> ChangeFile::take(const std::string& project) {
+std::unique_ptr<ChangeFile> ChangeFile::take(const std::string& named) {
+    const std::string project = theFiles().linkTarget(named.c_str());
     bool gone = false;
     auto file = openLocked(nameFor(project), Absent::make, gone);
     if (file == nullptr) return nullptr;
@@ -129,7 +130,8 @@ std::unique_ptr<ChangeFile> ChangeFile::take(const std::string& project) {
     return taken->settleWhatIsLeft() == Left::nothing ? std::move(taken) : nullptr;
 }
 
-bool ChangeFile::settle(const std::string& project) {
+bool ChangeFile::settle(const std::string& named) {
+    const std::string project = theFiles().linkTarget(named.c_str());
     if (theFiles().kind(nameFor(project).c_str()) != FileKind::file) return true;
     bool gone = false;
     auto file = openLocked(nameFor(project), Absent::leave, gone);

@@ -18,7 +18,8 @@ struct Replacement {
 
 /// The file beside a project through which the project is changed: a lock that lets one writer in at a time,
 /// and the undo record of what that writer does. It is named like the project, its last letter a "~"
-/// ("plan.ch~"), and is there only while somebody writes, or when somebody was stopped while writing.
+/// ("plan.ch~"; of a link, like the file that it leads to), and is there only while somebody writes, or when
+/// somebody was stopped while writing.
 ///
 /// A change in place goes: undo record written and synced; project written and synced; record removed.
 /// Wherever that stops, either there is no whole record, and the project is as it was or as it should be, or

@@ -200,6 +200,17 @@ class PosixFileSystem : public FileSystem {
         ::chmod(target.c_str(), status.st_mode & (owned ? 07777 : 0777));
     }
 
+    std::string linkTarget(const char* path) override {
+        const std::string name = posixPath(path);
+        struct stat status;
+        char target[PATH_MAX];
+        if (::lstat(name.c_str(), &status) != 0 || !S_ISLNK(status.st_mode) ||
+            ::realpath(name.c_str(), target) == nullptr)
+            return path;
+        std::string text = cp1252FromUtf8(target);
+        return utf8From1252(text) == target ? text : path;
+    }
+
     bool syncFolder(const char* path) override { return syncFolderOf(posixPath(path)); }
 
     FileKind kind(const char* path) override { return kindOf(posixPath(path)); }

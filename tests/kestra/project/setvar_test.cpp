@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+
 #include <dorsel/strings.h>
 #include <kestra/project/chantier.h>
 #include <kestra/project/written_line.h>
@@ -166,6 +169,22 @@ TEST_F(Setvar, ChangevarRenamesOrDeletesEveryLine) {
     EXPECT_EQ(m_project.Changevar("$VARCHT", "X", nullptr), -1);
     EXPECT_EQ(m_project.Compresse(), -1);
 }
+
+#ifndef _WIN32
+TEST_F(Setvar, AProjectWrittenThroughALinkIsTheOneThatItLeadsTo) {
+    namespace fs = std::filesystem;
+    m_folder.write("real\\b.cht", "$.ARCHT;X;1\r\nnote\r\n");
+    const fs::path root = fs::path(std::getenv("KESTRA_DRIVES")) / "c" /
+                          m_folder.folder().substr(3, m_folder.folder().size() - 4);
+    fs::create_symlink("real/b.cht", root / "a.cht");
+    EXPECT_EQ(m_project.Compresse(), 1);
+    EXPECT_EQ(m_project.Setvar("$VARCHT", "Y", "1"), 2);
+    EXPECT_TRUE(fs::is_symlink(root / "a.cht"));
+    EXPECT_EQ(m_folder.read("real\\b.cht"), "note\r\n$VARCHT;Y;1\r\n");
+    m_folder.write("real\\b.ch~", "somebody's own file");
+    EXPECT_EQ(m_project.Setvar("$VARCHT", "Y", "2"), 1) << "the lock stands beside the file itself";
+}
+#endif
 
 TEST_F(Setvar, CompresseRemovesDeletedLinesOnly) {
     const std::string kept = "$VARCHT;X;1   \n\r\n note+\r\n $.this belongs to the note\r\n$",
