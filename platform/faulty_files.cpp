@@ -29,6 +29,7 @@ class FaultyFile : public File {
     }
     bool sync() override { return m_owner.callAllowed() && !m_owner.stopped() && m_below->sync(); }
     bool lock(int milliseconds) override { return m_owner.callAllowed() && m_below->lock(milliseconds); }
+    bool isAt(const char* path) override { return m_owner.callAllowed() && m_below->isAt(path); }
 
   private:
     FaultyFiles& m_owner;
@@ -79,6 +80,10 @@ bool FaultyFiles::createFolder(const char* path) {
 
 void FaultyFiles::copyIdentity(const char* from, const char* to) {
     if (callAllowed() && !stopped()) m_below.copyIdentity(from, to);
+}
+
+bool FaultyFiles::syncFolder(const char* path) {
+    return callAllowed() && !stopped() && m_below.syncFolder(path);
 }
 
 std::int64_t FaultyFiles::size(const char* path) {

@@ -32,6 +32,8 @@ class DORSEL_API FaultyFiles : public FileSystem {
     bool rename(const char* from, const char* to, bool replace) override;
     bool createFolder(const char* path) override;
     void copyIdentity(const char* from, const char* to) override;
+    std::string linkTarget(const char* path) override { return m_below.linkTarget(path); }
+    bool syncFolder(const char* path) override;
     FileKind kind(const char* path) override { return m_below.kind(path); }
     std::int64_t size(const char* path) override;
     bool list(const char* folder, const std::function<bool(const char*, FileKind)>& visit) override;

@@ -28,19 +28,13 @@ std::unique_ptr<File> openCopy(const char* path, std::string& name) {
         if (auto file = theFiles().open(name.c_str(), OpenMode::createNew)) return file;
         if (theFiles().kind(name.c_str()) == FileKind::missing) break;
     }
+    name.clear();
     return nullptr;
 }
 
-bool putInPlace(const char* path, std::string_view content, bool replace) {
-    std::string copy;
-    auto file = openCopy(path, copy);
-    if (file == nullptr) return false;
-    const bool written = file->writeAt(0, content.data(), content.size()) && file->sync();
-    file.reset();
-    if (written && replace) theFiles().copyIdentity(path, copy.c_str());
-    if (written && theFiles().rename(copy.c_str(), path, replace)) return true;
-    theFiles().remove(copy.c_str());
-    return false;
+bool putInPlace(const char* path, std::string_view content, FileReplacement::Existing existing) {
+    FileReplacement replacement(path);
+    return replacement.append(content) && replacement.commit(existing);
 }
 
 }  // namespace
@@ -48,6 +42,38 @@ bool putInPlace(const char* path, std::string_view content, bool replace) {
 File::~File() = default;
 FileSystem::~FileSystem() = default;
 void FileSystem::copyIdentity(const char*, const char*) {}
+std::string FileSystem::linkTarget(const char* path) {
+    return path;
+}
+bool FileSystem::syncFolder(const char*) {
+    return true;
+}
+
+// A link stays one: the file that it leads to is replaced.
+FileReplacement::FileReplacement(const char* path)
+    : m_path(theFiles().linkTarget(path)), m_file(openCopy(m_path.c_str(), m_copy)) {}
+
+FileReplacement::~FileReplacement() {
+    if (m_copy.empty()) return;
+    m_file.reset();
+    theFiles().remove(m_copy.c_str());
+}
+
+bool FileReplacement::append(std::string_view bytes) {
+    m_failed = m_failed || m_file == nullptr || !m_file->writeAt(m_size, bytes.data(), bytes.size());
+    m_size += static_cast<std::int64_t>(bytes.size());
+    return !m_failed;
+}
+
+bool FileReplacement::commit(Existing existing) {
+    if (m_failed || m_file == nullptr || !m_file->sync()) return false;
+    m_file.reset();
+    const bool replace = existing == Existing::replaced;
+    if (replace) theFiles().copyIdentity(m_path.c_str(), m_copy.c_str());
+    if (!theFiles().rename(m_copy.c_str(), m_path.c_str(), replace)) return false;
+    m_copy.clear();
+    return true;
+}
 
 bool readWholeFile(const char* path, std::string& content, std::int64_t limit) {
     const auto file = theFiles().open(path, OpenMode::read);
@@ -69,11 +95,12 @@ bool replaceWholeFile(const char* path, std::string_view content) {
     if (path == nullptr) return false;
     const bool exists = theFiles().kind(path) != FileKind::missing;
     if (exists && theFiles().open(path, OpenMode::update) == nullptr) return false;
-    return putInPlace(path, content, true);
+    return putInPlace(path, content, FileReplacement::Existing::replaced);
 }
 
 bool createWholeFile(const char* path, std::string_view content) {
-    return path != nullptr && theFiles().kind(path) == FileKind::missing && putInPlace(path, content, false);
+    return path != nullptr && theFiles().kind(path) == FileKind::missing &&
+           putInPlace(path, content, FileReplacement::Existing::refused);
 }
 
 }  // namespace platform

@@ -49,6 +49,8 @@ class DORSEL_API File {
     /// Keeps other processes that lock the file out until it is closed; waits at most `milliseconds`. False
     /// when somebody else still holds it then. Readers that do not lock are not kept out.
     virtual bool lock(int milliseconds) = 0;
+    /// Whether `path` still names this file: false once it was removed or replaced there.
+    virtual bool isAt(const char* path) = 0;
 };
 
 class DORSEL_API FileSystem {
@@ -65,6 +67,12 @@ class DORSEL_API FileSystem {
     /// Gives a file what belongs to the other one's name rather than to its content: on POSIX systems its
     /// permission bits, its owner where that is allowed, and its extended attributes. Nothing elsewhere.
     virtual void copyIdentity(const char* from, const char* to);
+    /// The file that a symbolic link of that name leads to; the path itself for anything else, and for a file
+    /// whose name Windows-1252 does not hold.
+    virtual std::string linkTarget(const char* path);
+    /// True when the names made, renamed and removed in the folder of `path` are on the disk; at once where
+    /// the system writes them in the order in which they happened.
+    virtual bool syncFolder(const char* path);
     virtual FileKind kind(const char* path) = 0;
     /// Size of a file in bytes; -1 when it is missing or a folder.
     virtual std::int64_t size(const char* path) = 0;
@@ -89,6 +97,32 @@ DORSEL_API FileSystem* replaceFiles(FileSystem* files);
 inline bool isSeparator(char c) {
     return c == '\\' || c == '/';
 }
+
+/// A new content for a file, put in its place in one step: it is written to a copy beside the file, under a
+/// name that no other file has, which `commit` syncs and renames. Without a commit the copy goes. Of a link
+/// the file that it leads to is replaced.
+class DORSEL_API FileReplacement {
+  public:
+    explicit FileReplacement(const char* path);
+    ~FileReplacement();
+    FileReplacement(const FileReplacement&) = delete;
+    FileReplacement& operator=(const FileReplacement&) = delete;
+
+    bool isOpen() const { return m_file != nullptr; }
+    /// Adds to the end of the new content. Once it has failed `commit` fails too.
+    bool append(std::string_view bytes);
+    enum class Existing { replaced, refused };
+    /// Puts the content in place; a file that was there gives it its identity (`FileSystem::copyIdentity`),
+    /// or makes it fail. After a failure that file is as it was.
+    bool commit(Existing existing);
+
+  private:
+    std::string m_path;
+    std::string m_copy;
+    std::unique_ptr<File> m_file;
+    std::int64_t m_size = 0;
+    bool m_failed = false;
+};
 
 /// Reads a whole file. False, with `content` untouched, when it cannot be opened, fails while reading or is
 /// larger than `limit` bytes or than memory.

@@ -24,17 +24,22 @@ enum ExitCode : int {
 using Arguments = std::span<const std::string>;
 
 struct Command {
-    std::string_view name;
+    std::string_view name;     ///< with that of its group, if any ("project set")
     std::string_view summary;  ///< one line, for the list of commands
     std::string_view help;     ///< the whole help text
     int (*run)(Arguments arguments, Terminal& terminal);
+    /// The commands of a group ("project set"), whose own `run` is null; `help` then stands behind their
+    /// list.
+    std::span<const Command* const> commands = {};
 };
 
 extern const Command convertCommand;
 extern const Command htmlCommand;
 extern const Command mailCommand;
+extern const Command projectCommand;
 extern const Command projectionsCommand;
 extern const Command requestCommand;
+extern const Command serviceCommand;
 extern const Command sortCommand;
 extern const Command tableCommand;
 extern const Command titleCommand;

@@ -1,29 +1,45 @@
 #include <algorithm>
 
+#include <platform/prompt.h>
+#include <platform/replaceable.h>
+
 #include "command.h"
 
 namespace {
 
 const Command* const commands[] = {
     // one command a line
-    &convertCommand, &htmlCommand, &mailCommand,  &projectionsCommand,
-    &requestCommand, &sortCommand, &tableCommand, &titleCommand,
+    &convertCommand, &htmlCommand,    &mailCommand, &projectCommand, &projectionsCommand,
+    &requestCommand, &serviceCommand, &sortCommand, &tableCommand,   &titleCommand,
 };
 
 bool isHelp(std::string_view argument) {
     return argument == "--help" || argument == "-h";
 }
 
-std::string hostHelp() {
-    constexpr std::size_t summaryColumn = 12;
-    std::string text = "Usage : kestra COMMANDE [ARGUMENTS]\n\nCommandes :\n";
-    for (const Command* command : commands) {
-        std::string name(command->name);
+/// A command of a group, or one of the host's own, whose group has no name.
+struct Group {
+    std::string_view name;
+    std::string_view help;
+    std::span<const Command* const> commands;
+
+    std::string program() const { return name.empty() ? "kestra" : "kestra " + std::string(name); }
+    std::string_view ownName(const Command& command) const {
+        return command.name.substr(name.empty() ? 0 : name.size() + 1);
+    }
+};
+
+std::string helpOf(const Group& group) {
+    constexpr std::size_t summaryColumn = 13;
+    std::string text = "Usage : " + group.program() + " COMMANDE [ARGUMENTS]\n\nCommandes :\n";
+    for (const Command* command : group.commands) {
+        std::string name(group.ownName(*command));
         name.resize(std::max(name.size() + 1, summaryColumn), ' ');
         text += "  " + name + std::string(command->summary) + '\n';
     }
-    return text +
-           "\n« kestra COMMANDE --help » explique une commande.\n"
+    if (!group.help.empty()) text += '\n' + std::string(group.help);
+    return text + "\n« " + group.program() +
+           " COMMANDE --help » explique une commande.\n"
            "Code de retour : 0 réussite, 1 échec, 2 ligne de commande incorrecte.\n";
 }
 
@@ -32,6 +48,49 @@ bool asksForHelp(Arguments arguments) {
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
     return std::any_of(arguments.begin(), end, isHelp);
 }
+
+int runGroup(const Group& group, Arguments arguments, Terminal& terminal);
+
+int runCommand(const Command& command, Arguments arguments, Terminal& terminal) {
+    if (!command.commands.empty())
+        return runGroup({command.name, command.help, command.commands}, arguments, terminal);
+    if (asksForHelp(arguments)) {
+        terminal.output(command.help);
+        return exitDone;
+    }
+    return command.run(arguments, terminal);
+}
+
+int runGroup(const Group& group, Arguments arguments, Terminal& terminal) {
+    if (arguments.empty()) {
+        terminal.error(helpOf(group));
+        return exitUsage;
+    }
+    if (isHelp(arguments.front())) {
+        terminal.output(helpOf(group));
+        return exitDone;
+    }
+    const auto found =
+        std::find_if(group.commands.begin(), group.commands.end(),
+                     [&](const Command* command) { return group.ownName(*command) == arguments.front(); });
+    if (found != group.commands.end()) return runCommand(**found, arguments.subspan(1), terminal);
+    terminal.error(group.program() + " : commande inconnue « " + arguments.front() + " »\nVoir « " +
+                   group.program() + " --help ».\n");
+    return exitUsage;
+}
+
+/// Messages of the library go where the host's own go; nobody is asked.
+class TerminalPrompt : public platform::Prompt {
+  public:
+    explicit TerminalPrompt(Terminal& terminal) : m_terminal(terminal) {}
+    platform::Answer ask(unsigned style, const char* text, const char*) override {
+        m_terminal.error(std::string(text) + '\n');
+        return platform::neutralAnswer(style);
+    }
+
+  private:
+    Terminal& m_terminal;
+};
 
 }  // namespace
 
@@ -42,25 +101,7 @@ int refuseUsage(const Command& command, std::string_view what, Terminal& termina
 }
 
 int runHost(Arguments arguments, Terminal& terminal) {
-    if (arguments.empty()) {
-        terminal.error(hostHelp());
-        return exitUsage;
-    }
-    if (isHelp(arguments.front())) {
-        terminal.output(hostHelp());
-        return exitDone;
-    }
-    const auto* const found =
-        std::find_if(std::begin(commands), std::end(commands),
-                     [&](const Command* command) { return command->name == arguments.front(); });
-    if (found == std::end(commands)) {
-        terminal.error("kestra : commande inconnue « " + arguments.front() + " »\nVoir « kestra --help ».\n");
-        return exitUsage;
-    }
-    const Arguments own = arguments.subspan(1);
-    if (asksForHelp(own)) {
-        terminal.output((*found)->help);
-        return exitDone;
-    }
-    return (*found)->run(own, terminal);
+    TerminalPrompt prompt(terminal);
+    const platform::Replaced inForce(platform::replacePrompt, prompt);
+    return runGroup({"", "", commands}, arguments, terminal);
 }

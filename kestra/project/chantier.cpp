@@ -9,10 +9,12 @@
 #include <dorsel/paths.h>
 #include <dorsel/settings.h>
 #include <kestra/frame/frame_hooks.h>
+#include <kestra/project/change_file.h>
 #include <kestra/project/line_filter.h>
 #include <kestra/project/line_reader.h>
 #include <kestra/project/project_walk.h>
 #include <kestra/project/relative_paths.h>
+#include <platform/cp1252.h>
 
 // `chtdef` is built when the library is loaded and uses what stands before it.
 char* Cchantier::chemins_CHT = nullptr;
@@ -76,7 +78,12 @@ const char* Cchantier::Open(const char* name) {
     // Kept: the cut is at the last dot, even one in a folder's name; callers pass no such paths.
     const std::string file = asked.substr(0, asked.rfind('.')) + ".cht";
     char found[DOS::pathSize];
-    if (DOS::Localise_fichier(found, file.c_str(), chemins_CHT, 0) == nullptr) return nullptr;
+    // Where case counts (POSIX paths) a file may bear the upper-case extension that `Create` gives.
+    if (DOS::Localise_fichier(found, file.c_str(), chemins_CHT, 0) == nullptr &&
+        (!platform::equalNoCase1252(asked, file) ||
+         DOS::Localise_fichier(found, asked.c_str(), chemins_CHT, 0) == nullptr))
+        return nullptr;
+    if (!kestra::ChangeFile::settle(found)) return nullptr;
     m_fp = platform::Stream::open(found, platform::OpenMode::update);
     if (m_fp == nullptr) return nullptr;
     lastOpenedPath = found;

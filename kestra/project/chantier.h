@@ -10,8 +10,10 @@
 class CComboBox;
 class CtesProj;
 class Ellipsoide;
+class MyPCharArray;
 
-/// A project ("chantier"): one ".cht" file, its lines, and the variables that they hold.
+/// A project ("chantier"): one ".cht" file, its lines, the variables that they hold, and the place where it
+/// is filed.
 ///
 /// The file. Windows-1252 text, lines ended by LF or CR LF. A physical line has at most 4,998 bytes, its LF
 /// included; a longer one is cut there and goes on as the next physical line. Its text ends at its first NUL
@@ -31,6 +33,16 @@ class Ellipsoide;
 /// case. Each further "..\" climbs one folder; nothing climbs above a drive root or a share. A prefix whose
 /// folder is empty is left as it is.
 ///
+/// Writing. A line is written over where it stands, filled up with blanks before its line end; only when the
+/// new one is longer what follows moves. A deleted line has "." for the second character of its tag; writing
+/// the variable again takes that line, `Compresse` removes it. Each operation that writes happens whole or
+/// not at all, whenever the process or the machine stops, and has reached the disk when it returns: while it
+/// runs, an undo record stands beside the project ("plan.ch~"; docs/writing.md), which the next open applies.
+/// It also lets one writer in at a time: others, and readers that come then, wait for up to 10 seconds and
+/// then fail as when the project cannot be opened. Writers close the stream in the end, and need a folder
+/// that may be written. A value that ends in "+", holds a line end or a NUL, or makes a piece of more than
+/// 4,998 bytes is written as it is and does not read back as it was: `kestra::readsBack` tells.
+///
 /// What differs from what a reader may expect: the line buffer, the joined result, the last opened path and
 /// the include arrays are shared by all objects, so that only one thread may read projects, and texts must be
 /// copied before the next call. Project files are opened for reading and writing: one that may not be written
@@ -39,6 +51,8 @@ class KESTRA_API Cchantier {
   public:
     /// An object without project; opens nothing. `chemins_CHT` is read again from the settings.
     Cchantier();
+    /// The same, then `Set(name, 0)`.
+    explicit Cchantier(const char* name);
     /// Closes the stream if it is open.
     virtual ~Cchantier();
     /// Copies share the stream: closing one closes the other's.
@@ -90,6 +104,106 @@ class KESTRA_API Cchantier {
     /// any object, and unchanged when the result is 0.
     int Getvar(char*& joined, const char* section, const char* name, int maxFields,
                CDWordArray* starts = nullptr);
+
+    /// Writes one line: `section` and `name` (leading blanks dropped) in upper case, then `values` as they
+    /// are
+    /// (";" separates values), then CR LF. The line written over is the first of the variable, else the first
+    /// deleted one of it; without any the line is added at the end, behind a line end. Returns the number of
+    /// ";" in the line (2 or more); 1, with the file as it was, when it cannot be opened or written.
+    ///
+    /// - The very first line of the file is never written over: the variable is written elsewhere and both
+    ///   lines remain.
+    /// - With fewer than 4 bytes behind it, a line that grows covers them and moves nothing.
+    /// - The end is looked for in the last 5 bytes, at the first CR, LF or 0x1A: a last line of fewer than
+    /// four
+    ///   characters is partly written over.
+    /// - Wildcards in `name` find a line as `Findvar` does, and are written.
+    int Setvar(const char* section, const char* name, const char* values);
+    /// Entry 0 is the section (19 characters count), entry 1 the name (254), the others values, whose ";" are
+    /// written as 0x02. The line is broken by "+" CR LF before a value with which it would reach 80
+    /// characters (separators between values not counted); a value itself is never cut. Result as above; 0,
+    /// and nothing written, without section and name.
+    int Setvar(const CStringArray& fields);
+    /// The same with texts up to the first null one. Each ";" in the caller's value texts becomes 0x02.
+    int Setvar(MyPCharArray& fields);
+    /// Gives every line of a variable (wildcards as in `Findvar`) another section tag, in place. Without a
+    /// new section the lines are marked deleted. Returns their number. -1, with the file as it was, when it
+    /// cannot be opened or written or the new tag is longer than the old one; a shorter one leaves the rest
+    /// of the old one standing.
+    int Changevar(const char* section, const char* name, const char* newSection);
+    /// Removes the deleted lines; every other byte stays. A copy is put in place in one step. Returns their
+    /// number; -1, with the file as it was, when it cannot be opened or written.
+    int Compresse();
+
+    /// Loads a project: `name`, or `m_cheminCht` when it is null or empty. Returns 1 when the file was found,
+    /// 2 when `viaService` is not 0 and it was found through its service folder (`Maj_DirService`), 0, with
+    /// `m_titre` emptied and the rest as it was, when it was not found.
+    ///
+    /// `m_cheminCht` becomes the name as given (for 2, the corrected path); `chtdef` also copies it to
+    /// `DOS::m_NomChtDef`. Then `m_service` (`Dir_serv`), `m_titre` ("TITRE"), `m_bDwg` ("DWG_DXF", else
+    /// `DOS::Dwg_Dxf`), `m_fichiers` ("FICHIERS" of "$DORSEL", kept when missing), `m_projection` and
+    /// `m_infoA`, `m_infoB` ("INFOS", second and first value) are read. Of a variable that stands twice the
+    /// last line counts. Two are written back in their present form when they stand in the file in an old
+    /// one: ".dxf" or "DWG" becomes ".DXF" or ".DWG", a numeric projection code its name.
+    int Set(const char* name, int viaService);
+    /// Makes a new project from a model and loads it. `newName` is cut at its first "." and gets ".CHT". Of
+    /// the model's lines, each ended by CR LF in the new file, are copied: empty ones and those that begin
+    /// with
+    /// "'" or "#"; those that begin with "$$", without the first "$"; others that begin neither with "$" nor
+    /// with a model command. Continuations go with their line. A missing folder is made. Returns the number
+    /// of lines written; 0 when the model is missing, the project is there already, or it cannot be made,
+    /// which a message tells the user. The file is put in place whole.
+    int Create(const char* newName, const char* modelName);
+    /// Calls `cht_charge` with `m_cheminCht`; 0 without a hook or a path of at least 2 characters.
+    int PrjLoad() const;
+
+    /// Folders around the project, each ended by ";": its own, and the one above when that is no drive root
+    /// and at least 11 characters long, each followed by `subFolder` (may be null); then, when
+    /// `withLibraryPaths` is not 0, `DOS::chemins_WAU`.
+    CString GetPathWau(int withLibraryPaths, const char* subFolder) const;
+    /// Folders for header files: those of "DIRENTETE" of `chtdef` (10 fields) that exist,
+    /// `GetPathWau(0, "ENTETES\")`, the project's own when bit 0 of `flags` is set, `DOS::chemins_ENTETE`.
+    CString GetPathEntete(int flags) const;
+    /// The table files of "TABLES_DEF": buffers of `DOS::pathSize` bytes, each may be null. Missing ones are
+    /// "TABLE.LGN" for `table2` and `table3`, empty for the others. With `locate` not 0 those of the file are
+    /// looked up, the first three along `GetPathWau(1)`, the fourth along `GetPathEntete(1)`; one that is not
+    /// found becomes empty. Returns the number of values.
+    int GetTables(char* table1, char* table2, char* table3, char* table4, int locate);
+    /// Projection name by index; 99 stands for 7. "_Non Définie" for any index without a name.
+    static const char* GetNomProj(int index);
+
+    // Services. "ini\services.ini" of the local folder, else "ini\services.def" of the network folder, maps
+    // ranges of codes to folders: lines FROM;TO;FOLDER;RULE;RULE (`services_file.h`).
+
+    /// The folder of a service code, ending in a separator, into `folder` (260 bytes). Returns its length; 0,
+    /// with `folder` empty, when no line applies or the folder does not fit; -1, after a message to the user
+    /// on every call, when there is no services file. The code counts in upper case, up to a "-" in the place
+    /// of its 6th, 7th or 8th character, without an "A" before a digit.
+    static int Serv_dir(const char* code, char* folder);
+    /// The service code under which a project is filed: the name of its folder, or of the folder above (both
+    /// without a leading "ACAD"), that leads back to it. Into `code` (260 bytes, may be null). Returns its
+    /// length, 0 for none.
+    static int Dir_serv(const char* project, char* code);
+    /// Makes a full path of a service code or folder and a project name, in `name`: a code becomes its folder
+    /// in `service`. Returns the length of `name`; 0, and no change, for an empty service.
+    static int GetPathCht(CString& service, CString& name);
+    /// The inverse: leaves the short name in `path`. Returns its length.
+    static int GetNomCourtCht(CString& service, CString& path);
+    /// Finds a project that is no longer where `m_cheminCht` says: when the folder is gone too, its name is
+    /// taken as a service code. 2 when the file stands in the service's folder: `m_cheminCht` is then
+    /// corrected and `Maj_DirCht` done. 1 when nothing has to be done, 0 when it was not found.
+    int Maj_DirService();
+    /// Records the project's folder in the file ("$VARCHT;MAJDIRCHT;", upper case unless it is a POSIX path)
+    /// and, after a move, puts the new folder in the place of the one recorded before wherever that occurs.
+    /// Without a record the second value of "$VARCHT;CHANTIER;" is taken, unless it is relative ("..\").
+    /// `m_cheminCht` is opened as it stands. 1 when done, also, with the file as it was, when it cannot be
+    /// read whole; 0, with the file as it was, when it cannot be opened or written.
+    int Maj_DirCht();
+    /// The extent of the layouts stored in a project: box receives minimum X and Y, maximum X and Y, cut to
+    /// whole numbers, of the rectangles that the "$MEP;" lines describe. Returns the number of layouts; lines
+    /// that lack a number or "ECH,", or whose X is not above 20000, do not count, nor do extents beyond 32
+    /// bits. The path is opened as it stands.
+    static int GetMinMaxMepCht(const char* project, std::int32_t box[4]);
 
     // Coordinate conversions. Points are arrays of three numbers: X and Y (metres) or longitude and latitude
     // (decimal degrees from Greenwich), and the height (metres). They are converted in place, and untouched,
@@ -154,4 +268,17 @@ KESTRA_API extern Cchantier chtdef;
 extern "C" {
 /// `Getvar` on `chtdef`.
 KESTRA_API int ChtdefGetVar(const char* section, const char* name, int maxFields, CStringArray& out);
+/// `Setvar` on `chtdef`.
+KESTRA_API int ChtdefSetVar(const CStringArray& fields);
+
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+/// The affair part of a service code: what stands before its first "-" or "/", all of it when that is empty.
+/// It returns a class: for hosts of the same compiler.
+KESTRA_API CString GetAffaire(const char* code);
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 }

@@ -1,27 +1,28 @@
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <kestra/project/chantier.h>
 #include <kestra/project/project_walk.h>
 #include <kestra/project/returned_fields.h>
+#include <kestra/project/variable_lookup.h>
 #include <platform/cp1252.h>
 
 namespace {
 
+using kestra::FoundLine;
 using kestra::LineFilter;
 using kestra::ProjectWalk;
 
-/// What a caller of `Getvar` asks for: the name without its leading stars, which say how includes are taken.
+/// What a caller asks for: the name without its leading stars, which say how includes are taken.
 struct Request {
     std::string section;
     std::string name;
     bool includesOnly = false;
-    int maxFields = 0;
 
-    Request(const char* wantedSection, const char* wantedName, int maximum)
+    Request(const char* wantedSection, const char* wantedName)
         : section(wantedSection != nullptr ? wantedSection : ""),
-          name(wantedName != nullptr ? wantedName : ""),
-          maxFields(maximum) {
+          name(wantedName != nullptr ? wantedName : "") {
         if (name.size() < 3 || name[0] != '*') return;
         const std::size_t stars = name.find_first_not_of('*');
         includesOnly = stars >= 2;
@@ -34,29 +35,29 @@ struct Request {
     }
 };
 
-int collectOwnLines(ProjectWalk& walk, const LineFilter& filter, const Request& request, CStringArray& out) {
+using Visit = std::function<void(const FoundLine&)>;
+
+int visitOwnLines(ProjectWalk& walk, const LineFilter& filter, const Request& request, const Visit& visit) {
     int lines = 0;
     bool foundByName = false;
     std::string_view line;
     while (walk.nextLine(filter, line)) {
         if (request.includesOnly) continue;
         ++lines;
-        kestra::appendFields(out, line, 0, request.maxFields, walk.folder());
+        visit({line, walk.folder(), false});
         foundByName = foundByName || request.isNamedBy(line);
     }
     if (foundByName) walk.dropIncludes();
     return lines;
 }
 
-int collectIncludedLines(ProjectWalk& walk, const LineFilter& filter, const Request& request,
-                         CStringArray& out) {
+int visitIncludedLines(ProjectWalk& walk, const LineFilter& filter, const Request& request,
+                       const Visit& visit) {
     int lines = 0;
     std::string_view line;
     while (walk.nextLine(filter, line)) {
         ++lines;
-        const int nameAt = out.GetSize() + 1;
-        kestra::appendFields(out, line, 0, request.maxFields, walk.folder());
-        if (!request.includesOnly && nameAt < out.GetSize()) out[nameAt] = "**" + out[nameAt];
+        visit({line, walk.folder(), !request.includesOnly});
         if (request.isNamedBy(line)) break;
     }
     return lines;
@@ -66,15 +67,38 @@ std::string joinedFields;
 
 }  // namespace
 
+int kestra::visitVariable(Cchantier& project, const char* section, const char* name, const Visit& visit) {
+    const Request request(section, name);
+    ProjectWalk walk(project);
+    if (!request.isValid() || !walk.start()) return -1;
+    const LineFilter filter(request.section, request.name);
+    int lines = visitOwnLines(walk, filter, request, visit);
+    while (walk.nextInclude()) lines += visitIncludedLines(walk, filter, request, visit);
+    return lines;
+}
+
+void kestra::appendFields(CStringArray& out, const FoundLine& line, int maxFields) {
+    const int nameAt = out.GetSize() + 1;
+    appendFields(out, line.text, 0, maxFields, line.folder);
+    if (line.included && nameAt < out.GetSize()) out[nameAt] = "**" + out[nameAt];
+}
+
+CStringArray kestra::lastLineOf(Cchantier& project, const char* section, const char* name, int maxFields) {
+    CStringArray fields;
+    visitVariable(project, section, name, [&](const FoundLine& line) {
+        fields.RemoveAll();
+        appendFields(fields, line, maxFields);
+    });
+    return fields;
+}
+
 int Cchantier::Getvar(const char* section, const char* name, int maxFields, CStringArray& out) {
     m_spareC = 0;
-    const Request request(section, name, maxFields);
-    ProjectWalk walk(*this);
-    if (!request.isValid() || !walk.start()) return 0;
-    out.RemoveAll();
-    const LineFilter filter(request.section, request.name);
-    int lines = collectOwnLines(walk, filter, request, out);
-    while (walk.nextInclude()) lines += collectIncludedLines(walk, filter, request, out);
+    CStringArray found;
+    const int lines = kestra::visitVariable(
+        *this, section, name, [&](const FoundLine& line) { kestra::appendFields(found, line, maxFields); });
+    if (lines < 0) return 0;
+    out = std::move(found);
     return lines;
 }
 

@@ -49,7 +49,8 @@ LineFilter::LineFilter(std::string_view section, std::string_view name)
     : m_section(platform::upperCased1252(section.substr(0, longestName))),
       m_name(platform::upperCased1252(name.substr(0, longestName))),
       m_hasWildcard(m_name.find_first_of("*?") != std::string::npos),
-      m_nothing(m_section.find(';') != std::string::npos || m_section == includeTag),
+      m_nothing(m_section.find(';') != std::string::npos || m_name.find(';') != std::string::npos ||
+                m_section == includeTag),
       m_includeKey(includeTag),
       m_sectionKey(m_section + ';'),
       m_nameKey(m_name.substr(0, m_name.find_first_of("*?"))),

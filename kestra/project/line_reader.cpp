@@ -22,7 +22,7 @@ const char* find(const char* start, const char* end, char wanted) {
 }  // namespace
 
 int LineReader::next(std::string_view& line) {
-    m_lineStart = m_stream.tell() + static_cast<std::int64_t>(consumed());
+    m_lineStart = position();
     line = {};
     if (!nextPiece(line)) return 0;
     line = withoutTrailingBlanks(line);

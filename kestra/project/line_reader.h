@@ -35,6 +35,8 @@ class LineReader {
     void passOver(const MayMatter& mayMatter);
     /// File offset at which the line last read starts.
     std::int64_t lineStart() const { return m_lineStart; }
+    /// File offset behind the last line read or passed over.
+    std::int64_t position() const { return m_stream.tell() + static_cast<std::int64_t>(consumed()); }
 
     static bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 

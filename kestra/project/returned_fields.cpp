@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include <kestra/project/relative_paths.h>
+#include <kestra/project/written_line.h>
 
 namespace kestra {
 
 namespace {
-constexpr char storedSemicolon = '\x02';
 constexpr int firstValue = 2;
 }  // namespace
 

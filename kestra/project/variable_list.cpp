@@ -4,6 +4,7 @@
 
 #include <kestra/project/project_walk.h>
 #include <kestra/project/returned_fields.h>
+#include <kestra/project/variable_lookup.h>
 
 namespace {
 
@@ -35,4 +36,13 @@ int VisitVariables(Cchantier& project, const std::function<bool(const ProjectVar
         variable.included = true;
     } while (walk.nextInclude());
     return lines;
+}
+
+int VisitFoundLines(Cchantier& project, const char* section, const char* name,
+                    const std::function<void(const CStringArray&)>& visit) {
+    return kestra::visitVariable(project, section, name, [&](const kestra::FoundLine& line) {
+        CStringArray fields;
+        kestra::appendFields(fields, line, 0);
+        visit(fields);
+    });
 }

@@ -17,3 +17,8 @@ struct ProjectVariable {
 /// `visit` answers whether to go on, and must not read projects itself. Returns the number of lines visited;
 /// -1 when the project cannot be opened. The project's stream is closed in the end.
 KESTRA_API int VisitVariables(Cchantier& project, const std::function<bool(const ProjectVariable&)>& visit);
+
+/// Calls `visit` with each line that `Cchantier::Getvar` finds, as the fields that it returns (section, name,
+/// values). Returns the number of lines; -1 when the project cannot be opened or nothing is asked for.
+KESTRA_API int VisitFoundLines(Cchantier& project, const char* section, const char* name,
+                               const std::function<void(const CStringArray&)>& visit);

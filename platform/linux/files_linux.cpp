@@ -73,6 +73,12 @@ class PosixFile : public File {
         }
     }
 
+    bool isAt(const char* path) override {
+        struct stat named, own;
+        return ::stat(posixPath(path).c_str(), &named) == 0 && ::fstat(m_descriptor, &own) == 0 &&
+               named.st_dev == own.st_dev && named.st_ino == own.st_ino;
+    }
+
   private:
     int m_descriptor;
 };
@@ -111,14 +117,15 @@ bool renameNew(const std::string& from, const std::string& to) {
     return kindOf(to) == FileKind::missing && std::rename(from.c_str(), to.c_str()) == 0;
 }
 
-/// Makes the names of a folder durable after a rename in it.
-void syncFolderOf(const std::string& path) {
+/// Makes the names of a path's folder durable.
+bool syncFolderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
     const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return;
-    ::fsync(descriptor);
+    if (descriptor < 0) return false;
+    const bool done = ::fsync(descriptor) == 0;
     ::close(descriptor);
+    return done;
 }
 
 /// `root` and, behind it, the components of `rest`; a separator at the end stays.
@@ -192,6 +199,19 @@ class PosixFileSystem : public FileSystem {
         // A file that is somebody else's now must not get rights that were meant for its owner.
         ::chmod(target.c_str(), status.st_mode & (owned ? 07777 : 0777));
     }
+
+    std::string linkTarget(const char* path) override {
+        const std::string name = posixPath(path);
+        struct stat status;
+        char target[PATH_MAX];
+        if (::lstat(name.c_str(), &status) != 0 || !S_ISLNK(status.st_mode) ||
+            ::realpath(name.c_str(), target) == nullptr)
+            return path;
+        std::string text = cp1252FromUtf8(target);
+        return utf8From1252(text) == target ? text : path;
+    }
+
+    bool syncFolder(const char* path) override { return syncFolderOf(posixPath(path)); }
 
     FileKind kind(const char* path) override { return kindOf(posixPath(path)); }
 

@@ -20,6 +20,7 @@ OVERLAPPED positionOf(std::int64_t offset) {
 
 /// ReadFile and WriteFile count in 32 bits: larger requests go in pieces of this size.
 constexpr std::size_t largestPiece = 1u << 30;
+constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 class WindowsFile : public File {
   public:
@@ -85,6 +86,16 @@ class WindowsFile : public File {
         }
     }
 
+    bool isAt(const char* path) override {
+        const UniqueHandle named(::CreateFileA(path, FILE_READ_ATTRIBUTES, shareAll, nullptr, OPEN_EXISTING,
+                                               FILE_ATTRIBUTE_NORMAL, nullptr));
+        BY_HANDLE_FILE_INFORMATION theirs, own;
+        return named.get() != INVALID_HANDLE_VALUE && ::GetFileInformationByHandle(named.get(), &theirs) &&
+               ::GetFileInformationByHandle(m_handle.get(), &own) &&
+               theirs.dwVolumeSerialNumber == own.dwVolumeSerialNumber &&
+               theirs.nFileIndexHigh == own.nFileIndexHigh && theirs.nFileIndexLow == own.nFileIndexLow;
+    }
+
   private:
     UniqueHandle m_handle;
 };
@@ -109,8 +120,7 @@ class WindowsFileSystem : public FileSystem {
                                : mode == OpenMode::createNew ? CREATE_NEW
                                                              : OPEN_EXISTING;
         const HANDLE handle =
-            ::CreateFileA(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                          creation, FILE_ATTRIBUTE_NORMAL, nullptr);
+            ::CreateFileA(path, access, shareAll, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (handle == INVALID_HANDLE_VALUE) return nullptr;
         UniqueHandle owned(handle);
         BY_HANDLE_FILE_INFORMATION information;

@@ -10,13 +10,19 @@
 /// put in by their full names, read and written; folders are whatever a file's name mentions.
 class MemoryFiles : public platform::FileSystem {
   public:
-    /// Makes a file, or replaces its content.
+    MemoryFiles();
+    ~MemoryFiles() override;
+    /// Makes a file, or replaces its content, on the disk.
     void put(std::string_view path, std::string content);
+    /// Leaves what a power cut could leave: of what was written and not synced, and of the names made,
+    /// renamed and removed in a folder not synced since, only what `seed` chooses.
+    void cutPower(unsigned seed);
 
     std::unique_ptr<platform::File> open(const char* path, platform::OpenMode mode) override;
     bool remove(const char* path) override;
     bool rename(const char* from, const char* to, bool replace) override;
     bool createFolder(const char*) override { return true; }
+    bool syncFolder(const char* path) override;
     platform::FileKind kind(const char* path) override;
     std::int64_t size(const char* path) override;
     bool list(const char*, const std::function<bool(const char*, platform::FileKind)>&) override {
@@ -27,5 +33,9 @@ class MemoryFiles : public platform::FileSystem {
     std::string temporaryFolder() override { return "C:\\temp\\"; }
 
   private:
-    std::map<std::string, std::shared_ptr<std::string>> m_files;  ///< by upper-cased name
+    struct Content;
+    friend class MemoryFile;
+    using Names = std::map<std::string, std::shared_ptr<Content>>;  ///< by upper-cased name
+    Names m_files;
+    Names m_durable;
 };

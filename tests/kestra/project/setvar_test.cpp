@@ -1,0 +1,208 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include <dorsel/strings.h>
+#include <kestra/project/chantier.h>
+#include <kestra/project/written_line.h>
+
+#include "../../support/recorders.h"
+#include "../../support/temporary_folder.h"
+
+namespace {
+
+/// A project in a folder of its own, written to.
+class Setvar : public testing::Test {
+  protected:
+    void SetUp() override { m_project.m_cheminCht = m_folder.path("a.cht").c_str(); }
+    std::string read(const char* name) {
+        CStringArray out;
+        std::string all = std::to_string(m_project.Getvar("$VARCHT", name, 0, out));
+        for (int i = 2; i < out.GetSize(); ++i) all.append("|").append(out[i].view());
+        return all;
+    }
+    TemporaryFolder m_folder;
+    Cchantier m_project;
+};
+
+CStringArray fieldsOf(std::initializer_list<std::string> texts) {
+    CStringArray fields;
+    for (const std::string& text : texts) fields.Add(CString(text));
+    return fields;
+}
+
+TEST_F(Setvar, WritesTheDescribedBytes) {
+    const std::string first = "note\r\n", tail = "$VARCHT;Z;9\r\n", big(100'000, 'v');
+    struct {
+        const char *what, *name;
+        std::string values, before, after;
+        int result = 2;
+    } const cases[] = {
+        {"same length", "x", "two", first + "$varcht;X;one\r\n" + tail, first + "$VARCHT;X;two\r\n" + tail},
+        {"shorter: blanks before the line end", "X", "", first + "$VARCHT;X;one\n" + tail,
+         first + "$VARCHT;X;  \r\n" + tail},
+        {"longer: what follows moves", "X", "a;b", first + "$VARCHT;X;\r\n" + tail,
+         first + "$VARCHT;X;a;b\r\n" + tail, 3},
+        {"over a continued line", "X", "1", first + "$VARCHT;X;a+\r\n  b\r\n" + tail,
+         first + "$VARCHT;X;1      \r\n" + tail},
+        {"the name's leading blanks go", "  x", "5", first + "$VARCHT;X;4\r\n", first + "$VARCHT;X;5\r\n"},
+        {"appended", "X", "1", "note\r\n", "note\r\n$VARCHT;X;1\r\n"},
+        {"appended where there is no line end", "X", "1", "a long last line",
+         "a long last line\r\n$VARCHT;X;1\r\n"},
+        {"appended before an end-of-file mark", "X", "1", "note\x1A", "note\r\n$VARCHT;X;1\r\n"},
+        {"appended behind LF", "X", "1", "a note\n", "a note\r\n$VARCHT;X;1\r\n"},
+        {"Kept: a last line of three characters", "X", "1", "note\r\nabc\r\n",
+         "note\r\nabc\r\n$VARCHT;X;1\r\n"},
+        {"Kept: a last line of two characters is written over", "X", "1", "note\r\nab\r\n",
+         "note\r\r\n$VARCHT;X;1\r\n"},
+        {"Kept: a file of less than five bytes", "X", "1", "\nab", "\r\n$VARCHT;X;1\r\n"},
+        {"an empty file", "X", "1", "", "\r\n$VARCHT;X;1\r\n"},
+        {"Kept: the first line is written again elsewhere", "X", "2", "$VARCHT;X;1\r\n" + tail,
+         "$VARCHT;X;1\r\n" + tail + "$VARCHT;X;2\r\n"},
+        {"a deleted line is taken, the first line too", "X", "2", "$.ARCHT;X;1\r\n" + tail,
+         "$VARCHT;X;2\r\n" + tail},
+        {"Kept: with three bytes behind it a longer line covers them", "X", "123",
+         first + "$VARCHT;X;1\r\nb\r\n", first + "$VARCHT;X;123\r\n\n"},
+        {"the last line grows", "X", "123", first + "$VARCHT;X;1", first + "$VARCHT;X;123\r\n"},
+        {"Kept: a wildcard finds a line", "X*", "1", first + "$VARCHT;XYZ;1234\r\n" + tail,
+         first + "$VARCHT;X*;1    \r\n" + tail},
+        {"a name with a ;", "X;Y", "1", first + "$VARCHT;X;Y;2\r\n",
+         first + "$VARCHT;X;Y;2\r\n$VARCHT;X;Y;1\r\n", 3},
+        {"any bytes are written as they are", "\xE9", "\x02\x1A\r\n+", first + "$VARCHT;\xC9;1\r\n",
+         first + "$VARCHT;\xC9;\x02\x1A\r\n+\r\n"},
+        {"100,000 characters", "X", big, first + "$VARCHT;X;1\r\n" + tail,
+         first + "$VARCHT;X;" + big + "\r\n" + tail},
+    };
+    for (const auto& c : cases) {
+        m_folder.write("a.cht", c.before);
+        EXPECT_EQ(m_project.Setvar("$varcht", c.name, c.values.c_str()), c.result) << c.what;
+        EXPECT_TRUE(m_folder.read("a.cht") == c.after) << c.what << ":\n"
+                                                       << m_folder.read("a.cht").substr(0, 200);
+        EXPECT_EQ(m_project.m_fp, nullptr);
+        EXPECT_EQ(platform::theFiles().kind(m_folder.path("a.ch~").c_str()), platform::FileKind::missing);
+    }
+    m_project.m_cheminCht = m_folder.path("none").c_str();
+    EXPECT_EQ(m_project.Setvar("$VARCHT", "X", "1"), 1);
+    EXPECT_EQ(m_project.Setvar(fieldsOf({"$VARCHT", "X", "1"})), 1);
+}
+
+TEST_F(Setvar, ArraysKeepSemicolonsAndBreakLongLines) {
+    const std::string thirty(30, 'a'), hundred(100, 'b'), name(300, 'n');
+    m_folder.write("a.cht", "note\r\n");
+    EXPECT_EQ(m_project.Setvar(fieldsOf({"$varcht", "v", "a;b", "", "c"})), 4);
+    EXPECT_EQ(m_folder.read("a.cht"),
+              "note\r\n$VARCHT;V;a\x02"
+              "b;;c\r\n");
+    EXPECT_EQ(read("v"), "1|a;b||c");
+    EXPECT_EQ(m_project.Setvar("$VARCHT", "v", "a;b"), 3);
+    EXPECT_EQ(read("v"), "1|a|b");
+
+    const std::string eighty = "$VARCHT;LONG;" + thirty + ';' + thirty;
+    const struct {
+        CStringArray fields;
+        std::string line;
+        bool readsBack;
+    } lines[] = {
+        {fieldsOf({"$VARCHT", "LONG", thirty, thirty, "5432 "}), eighty + ";5432 ", false},
+        {fieldsOf({"$VARCHT", "LONG", thirty, thirty, "5 321"}), eighty + ";5 321", true},
+        {fieldsOf({"$VARCHT", "LONG", thirty, thirty, "65 4321"}), eighty + ";+\r\n65 4321", true},
+        {fieldsOf({"$VARCHT", "LONG", thirty, thirty, " 654321"}), eighty + ";+\r\n 654321", false},
+        {fieldsOf({"$VARCHT", "LONG", hundred, hundred}), "$VARCHT;LONG;+\r\n" + hundred + ";+\r\n" + hundred,
+         true},
+        {fieldsOf({"$VARCHT", "LONG", "a+"}), "$VARCHT;LONG;a+", false},
+        {fieldsOf({"$VARCHT", "LONG", "a+", "b"}), "$VARCHT;LONG;a+;b", true},
+        {fieldsOf({"$VARCHT", "LONG", "a\nb"}), "$VARCHT;LONG;a\nb", false},
+        {fieldsOf({"$VARCHT", "LONG", "a\x02"}), "$VARCHT;LONG;a\x02", false},
+        {fieldsOf({"$VARCHT", "LONG", std::string(5000, 'x')}), "$VARCHT;LONG;+\r\n" + std::string(5000, 'x'),
+         false},
+        {fieldsOf({std::string(25, '$'), name, "1"}),
+         std::string(19, '$') + ';' + std::string(254, 'N') + ";+\r\n1", false},
+        {fieldsOf({"$VARCHT", "LONG"}), "$VARCHT;LONG;", true},
+    };
+    for (const auto& c : lines) {
+        m_folder.write("a.cht", "note\r\n");
+        EXPECT_GE(m_project.Setvar(c.fields), 2);
+        EXPECT_EQ(m_folder.read("a.cht"), "note\r\n" + c.line + "\r\n");
+        EXPECT_EQ(kestra::readsBack(c.fields), c.readsBack) << c.line.substr(0, 120);
+    }
+    for (const auto& refused : {fieldsOf({"$VARCHT"}), fieldsOf({"", "V"}), fieldsOf({"$VARCHT", "", "1"})})
+        EXPECT_EQ(m_project.Setvar(refused), 0);
+
+    char section[] = "$VARCHT", variable[] = "v", value[] = "a;b";
+    MyPCharArray texts;
+    EXPECT_EQ(m_project.Setvar(texts), 0);
+    for (char* text : {section, variable, value, static_cast<char*>(nullptr), value}) texts.Add(text);
+    EXPECT_EQ(m_project.Setvar(texts), 2);
+    EXPECT_STREQ(value,
+                 "a\x02"
+                 "b")
+        << "Kept: the caller's own texts are changed";
+    const CString before = chtdef.m_cheminCht;
+    chtdef.m_cheminCht = m_project.m_cheminCht;
+    EXPECT_EQ(ChtdefSetVar(fieldsOf({"$VARCHT", "v", "c", "d"})), 3);
+    EXPECT_EQ(read("v"), "1|c|d");
+    chtdef.m_cheminCht = before;
+}
+
+TEST_F(Setvar, ChangevarRenamesOrDeletesEveryLine) {
+    const std::string content = "$VARCHT;X;1\r\n  $varcht;x;2\r\n$MEP;X;3\r\n$VARCHT;XY;$4\r\n";
+    struct {
+        const char *section, *name, *newSection;
+        int result;
+        std::string after;
+    } const cases[] = {
+        {"$varcht", "x", nullptr, 2, "$.ARCHT;X;1\r\n  $.archt;x;2\r\n$MEP;X;3\r\n$VARCHT;XY;$4\r\n"},
+        {"$VARCHT", "X*", "$vortli", 3, "$VORTLI;X;1\r\n  $VORTLI;x;2\r\n$MEP;X;3\r\n$VORTLI;XY;$4\r\n"},
+        {"$VARCHT", "XY", "mep", 1, "$VARCHT;X;1\r\n  $varcht;x;2\r\n$MEP;X;3\r\n$MEPCHT;XY;$4\r\n"},
+        {"$MEP", "X", "$VARC", -1, content},
+        {"", "X", "$A", -1, content},
+        {"$MEP", "Y", "", 0, content},
+    };
+    for (const auto& c : cases) {
+        m_folder.write("a.cht", content);
+        EXPECT_EQ(m_project.Changevar(c.section, c.name, c.newSection), c.result) << c.name;
+        EXPECT_EQ(m_folder.read("a.cht"), c.after)
+            << "Kept: a shorter tag leaves the rest of the old one standing";
+    }
+    m_project.m_cheminCht = m_folder.path("none").c_str();
+    EXPECT_EQ(m_project.Changevar("$VARCHT", "X", nullptr), -1);
+    EXPECT_EQ(m_project.Compresse(), -1);
+}
+
+#ifndef _WIN32
+TEST_F(Setvar, AProjectWrittenThroughALinkIsTheOneThatItLeadsTo) {
+    namespace fs = std::filesystem;
+    m_folder.write("real\\b.cht", "$.ARCHT;X;1\r\nnote\r\n");
+    const fs::path root = fs::path(std::getenv("KESTRA_DRIVES")) / "c" /
+                          m_folder.folder().substr(3, m_folder.folder().size() - 4);
+    fs::create_symlink("real/b.cht", root / "a.cht");
+    EXPECT_EQ(m_project.Compresse(), 1);
+    EXPECT_EQ(m_project.Setvar("$VARCHT", "Y", "1"), 2);
+    EXPECT_TRUE(fs::is_symlink(root / "a.cht"));
+    EXPECT_EQ(m_folder.read("real\\b.cht"), "note\r\n$VARCHT;Y;1\r\n");
+    m_folder.write("real\\b.ch~", "somebody's own file");
+    EXPECT_EQ(m_project.Setvar("$VARCHT", "Y", "2"), 1) << "the lock stands beside the file itself";
+}
+#endif
+
+TEST_F(Setvar, CompresseRemovesDeletedLinesOnly) {
+    const std::string kept = "$VARCHT;X;1   \n\r\n note+\r\n $.this belongs to the note\r\n$",
+                      gone = " $.ARCHT;Y;a+\r\nb\r\n";
+    m_folder.write("a.cht", gone + kept);
+    EXPECT_EQ(m_project.Compresse(), 1);
+    EXPECT_EQ(m_folder.read("a.cht"), kept);
+    EXPECT_EQ(m_project.Compresse(), 0);
+    std::string many, left;
+    for (int i = 0; i < 60'000; ++i) {
+        const std::string line = ";V" + std::to_string(i) + ";some value\r\n";
+        many += (i % 10 == 3 ? "$.ARCHT" : "$VARCHT") + line;
+        if (i % 10 != 3) left += "$VARCHT" + line;
+    }
+    m_folder.write("a.cht", many);
+    ASSERT_NE(m_project.Open(), nullptr) << "an open stream is taken over";
+    EXPECT_EQ(m_project.Compresse(), 6000);
+    EXPECT_TRUE(m_folder.read("a.cht") == left);
+}
+
+}  // namespace
