@@ -88,8 +88,9 @@ class DORSEL_API _Connection : public Counted {
     virtual std::string GetConnectionString() = 0;
     /// 3705 while it is open; so are the two below, but for the cursor location.
     virtual void PutConnectionString(std::string_view connectionString) = 0;
-    /// What the database was opened for. On an open connection it always says so: `adModeRead` or
-    /// `adModeReadWrite` in its two low bits. Before, it is what was put (`adModeUnknown` at first).
+    /// What the database was opened for, as ADO states it; the embedded engine always says so on an open
+    /// connection: `adModeRead` or `adModeReadWrite` in its two low bits. Before, it is what was put
+    /// (`adModeUnknown` at first).
     virtual ConnectModeEnum GetMode() = 0;
     virtual void PutMode(ConnectModeEnum mode) = 0;
     virtual CursorLocationEnum GetCursorLocation() = 0;
@@ -99,6 +100,9 @@ class DORSEL_API _Connection : public Counted {
     virtual std::string GetProvider() = 0;
     /// The engine that the connection was opened with; `automatic` before.
     virtual Engine GetEngine() = 0;
+    /// The connection of the engine itself, where this one passes calls on to it; lives as long as this one
+    /// is open.
+    virtual _Connection* GetEngineObject() { return this; }
     /// A number that tells this connection from others, for traces.
     virtual std::uintptr_t GetHandle() = 0;
 };
@@ -200,6 +204,8 @@ class DORSEL_API Fields : public Counted {
     virtual FieldPtr GetItem(std::string_view name) = 0;
     /// By a text variant or an integer variant, as ADO has it.
     FieldPtr GetItem(const Variant& index);
+    FieldPtr GetItem(const char* name) { return GetItem(std::string_view(name)); }
+    FieldPtr GetItem(int index) { return GetItem(static_cast<long>(index)); }
     /// Adds a field to a closed recordset that is to live in memory. `definedSize` in characters or bytes for
     /// types that have one. 3705 when it is open, 3001 for a name that is taken or empty.
     virtual HResult Append(std::string_view name, DataTypeEnum type, std::int64_t definedSize = 0,

@@ -44,7 +44,8 @@ Recordset::View& Recordset::open() const {
 HResult Recordset::Open(const Variant& source, const _ConnectionPtr& connection, CursorTypeEnum cursor,
                         LockTypeEnum lock, long options) {
     if (m_view != nullptr) throw _com_error(hrObjectOpen);
-    m_connection = Pointer<Connection>(dynamic_cast<Connection*>(connection.get()));
+    m_connection =
+        Pointer<Connection>(connection ? dynamic_cast<Connection*>(connection->GetEngineObject()) : nullptr);
     m_cursor = cursor == adOpenUnspecified ? adOpenForwardOnly : cursor;
     m_lock = lock == adLockUnspecified ? adLockReadOnly : lock;
     m_options = options;

@@ -52,8 +52,10 @@ void RowPage::moveTo(const KeyList& keys, std::int64_t position) {
     const std::int64_t first = backward ? std::max<std::int64_t>(0, position - m_step + 1) : position;
     const std::int64_t last = backward ? position + 1 : std::min(keys.size(), position + m_step);
     load(keys, first, last - first);
-    // Large texts may have ended the page before the row it was read for.
-    if (!holds(position)) load(keys, position, 1);
+    // Large texts may have ended the page before the row it was read for: the next one is to be small.
+    if (holds(position)) return;
+    m_step = 1;
+    load(keys, position, 1);
 }
 
 void RowPage::begin(std::int64_t first, std::int64_t count) {

@@ -1,0 +1,343 @@
+#include <gtest/gtest.h>
+
+#include <platform/files.h>
+
+#include "engines.h"
+
+using namespace ado20;
+
+TEST(EmbeddedConnection, OpensWhatIsADatabaseAndNothingElse) {
+    const TemporaryFolder folder;
+    newDatabase(folder.path("été d'or [1].mdb"), "CREATE TABLE T(A)");
+    folder.write("texte.mdb", std::string(5000, 'x'));
+    folder.write("vide.mdb", "");
+    std::string cut = folder.read("été d'or [1].mdb");
+    folder.write("entier.db", cut);
+    cut.resize(cut.size() / 2);
+    folder.write("coupe.mdb", cut);
+    const struct {
+        std::string string;
+        HResult result;
+    } cases[] = {
+        {fileString(folder.path("ÉTÉ d'or [1].MDB")), hrOk},
+        {"Provider =Microsoft.ACE.OLEDB.12.0;Data Source=" + folder.path("entier.db") + ";", hrOk},
+        {fileString(folder.path("vide.mdb")), hrOk},
+        {fileString(":memory:"), hrOk},
+        {fileString(folder.path("texte.mdb")), hrFail},
+        {fileString(folder.path("coupe.mdb")), hrFail},
+        {fileString(folder.path("absent.mdb")), hrFail},
+        {fileString(folder.folder()), hrFail},
+        {"Provider=SQLite", hrFail},
+        {"", hrFail},
+        {"File Name=" + folder.path("absent.udl"), hrFail},
+    };
+    for (const auto& c : cases) {
+        const _ConnectionPtr connection = createConnection(Engine::embedded);
+        EXPECT_EQ(failureOf([&] { connection->Open(c.string); }), c.result) << c.string;
+        EXPECT_EQ(connection->GetState(), c.result == hrOk ? adStateOpen : adStateClosed);
+        EXPECT_EQ(connection->GetErrors().empty(),
+                  c.result == hrOk || c.string.find("Data") == std::string::npos)
+            << c.string;
+    }
+    EXPECT_EQ(platform::theFiles().kind(folder.path("absent.mdb").c_str()), platform::FileKind::missing);
+    EXPECT_EQ(failureOf([&] { createConnection(Engine::embedded)->Open("Provider=SQLOLEDB;Data Source=x"); }),
+              hrProviderNotFound);
+    EXPECT_EQ(
+        failureOf([&] { createCatalog(Engine::embedded)->Create(fileString(folder.path("vide.mdb"))); }),
+        hrDatabaseExists);
+    EXPECT_EQ(failureOf([&] { _ConnectionPtr()->Close(); }), hrPointer);
+}
+
+TEST(EmbeddedConnection, ReadOnlyStaysReadOnly) {
+    const TemporaryFolder folder;
+    const std::string path = folder.path("lecture.mdb");
+    newDatabase(path, "CREATE TABLE T(A INTEGER); INSERT INTO T VALUES(1)")->Close();
+    const _ConnectionPtr connection = createConnection(Engine::embedded);
+    connection->Open(fileString(path, "Mode=ReadOnly;"));
+    EXPECT_EQ(connection->GetMode(), adModeRead);
+    const _RecordsetPtr records = opened(connection, "T");
+    EXPECT_EQ(records->GetLockType(), adLockReadOnly);
+    EXPECT_EQ(failureOf([&] { records->AddNew(); }), hrFeatureNotAvailable);
+    EXPECT_EQ(failureOf([&] { put(records, "A", 2); }), hrFeatureNotAvailable);
+    EXPECT_EQ(failureOf([&] { connection->Execute("DELETE FROM T"); }), hrPermissionDenied);
+    EXPECT_EQ(connection->GetErrors().at(0).number, hrPermissionDenied);
+}
+
+TEST(EmbeddedConnection, TransactionsNestAndBatch) {
+    const TemporaryFolder folder;
+    const _ConnectionPtr connection = newDatabase(folder.path("lot.mdb"), "CREATE TABLE T(A INTEGER)");
+    const auto count = [&] {
+        return opened(connection, "SELECT count(*) AS N FROM T")
+            ->GetFields()
+            ->GetItem(0L)
+            ->GetValue()
+            .int32();
+    };
+    EXPECT_EQ(failureOf([&] { connection->CommitTrans(); }), hrIllegalOperation);
+    EXPECT_EQ(connection->BeginTrans(), 1);
+    connection->Execute("INSERT INTO T VALUES(1)");
+    EXPECT_EQ(connection->BeginTrans(), 2);
+    connection->Execute("INSERT INTO T VALUES(2)");
+    connection->RollbackTrans();
+    EXPECT_EQ(connection->BeginTrans(), 2);
+    connection->Execute("INSERT INTO T VALUES(3)");
+    connection->CommitTrans();
+    connection->CommitTrans();
+    EXPECT_EQ(count(), 2);
+    std::int64_t affected = 0;
+    connection->BeginTrans();
+    connection->Execute("UPDATE T SET A = 5; DELETE FROM T WHERE A = 5", &affected);
+    EXPECT_EQ(affected, 4);
+    const _RecordsetPtr records = opened(connection, "T");
+    connection->Close();
+    EXPECT_EQ(records->GetState(), adStateClosed);
+    connection->Open(fileString(folder.path("lot.mdb")));
+    EXPECT_EQ(count(), 2) << "what was not committed is rolled back";
+}
+
+TEST(EmbeddedConnection, SchemaListsTablesAndViews) {
+    const TemporaryFolder folder;
+    const _ConnectionPtr connection = newDatabase(
+        folder.path("schema.mdb"),
+        "CREATE TABLE [b \"x\"](A INTEGER PRIMARY KEY AUTOINCREMENT, B VARCHAR(7) NOT NULL); CREATE TABLE "
+        "É(A); CREATE VIEW V AS SELECT * FROM É; CREATE VIEW W AS SELECT * FROM absent");
+    std::string seen;
+    for (_RecordsetPtr tables = connection->OpenSchema(adSchemaTables); !tables->GetEOF(); tables->MoveNext())
+        seen += textOf(tables, "TABLE_TYPE") + ":" + textOf(tables, "TABLE_NAME") + " ";
+    EXPECT_EQ(seen, "SYSTEM TABLE:sqlite_sequence TABLE:b \"x\" TABLE:É VIEW:V VIEW:W ");
+    seen.clear();
+    for (_RecordsetPtr columns = connection->OpenSchema(adSchemaColumns); !columns->GetEOF();
+         columns->MoveNext())
+        seen += textOf(columns, "COLUMN_NAME") + textOf(columns, "DATA_TYPE") +
+                textOf(columns, "CHARACTER_MAXIMUM_LENGTH") + " ";
+    EXPECT_EQ(seen, "A3null B2027 name203null seq203null A203null A203null ");
+    EXPECT_EQ(failureOf([&] { connection->OpenSchema(static_cast<SchemaEnum>(12)); }), hrFeatureNotAvailable);
+}
+
+TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
+    const TemporaryFolder folder;
+    const _ConnectionPtr connection = newDatabase(
+        folder.path("sources.mdb"),
+        "CREATE TABLE [nom d'été \"x\"](A INTEGER, rowid TEXT); INSERT INTO [nom d'été \"x\"] VALUES(1, "
+        "'a'), (2, 'b');"
+        "CREATE TABLE SelectX(A INTEGER PRIMARY KEY) WITHOUT ROWID; INSERT INTO SelectX VALUES(3);"
+        "CREATE TABLE U(A INTEGER, B); INSERT INTO U VALUES(7, 'z');"
+        "CREATE VIEW V AS SELECT A, A * 1.5 AS D FROM [nom d'été \"x\"]");
+    const struct {
+        const char* source;
+        const char* first;  ///< values of the first record, or "!" and the error
+        bool writable;
+    } cases[] = {
+        {"nom d'été \"x\"", "1;a;", true},
+        {"[nom d'été \"x\"]", "1;a;", true},
+        {"selectx", "3;", false},
+        {"V", "1;1.5;", false},
+        {"SELECT * FROM V", "1;1.5;", false},
+        {"SELECT A FROM U", "7;", true},
+        {"select B AS Z from u as q where q.A > 0 and z = 'z' order by z desc;", "z;", true},
+        {"SELECT DISTINCT A FROM U", "7;", false},
+        {"SELECT A, A + 1 FROM U", "7;8;", false},
+        {"SELECT count(*) FROM U", "1;", false},
+        {"SELECT U.A, SelectX.A FROM U, SelectX", "7;3;", false},
+        {"SELECT U.A FROM U JOIN SelectX ON 1", "7;", false},
+        {"WITH c AS (SELECT A FROM U) SELECT * FROM c", "7;", false},
+        {"SELECT (SELECT A FROM U)", "7;", false},
+        {"SELECT A FROM (SELECT A FROM U)", "7;", false},
+        {"SELECT A FROM U LIMIT 1", "7;", false},
+        {"SELECT A FROM U -- ' a comment\n WHERE A /* \" */ = 7", "7;", true},
+        {"VALUES (1, NULL, x'41')", "1;null;bytes;", false},
+        {"absent", "!80040e37", false},
+        {"U; DROP TABLE U", "!80040e37", false},
+        {"SELECT * FROM absent", "!80040e37", false},
+        {"SELECT FROM", "!80040e14", false},
+        {"SELECT 1; DROP TABLE U", "!80040e14", false},
+        {"", "!80040e37", false},
+    };
+    for (const auto& c : cases) {
+        std::string seen;
+        try {
+            const _RecordsetPtr records = opened(connection, c.source);
+            for (long i = 0; i < records->GetFields()->GetCount(); ++i) {
+                const Variant value = records->GetFields()->GetItem(i)->GetValue();
+                seen += (value.isNull()                   ? "null"
+                         : value.type() == VarType::bytes ? "bytes"
+                                                          : value.text()) +
+                        ";";
+            }
+            EXPECT_EQ(records->Supports(adUpdate), c.writable) << c.source;
+        } catch (const _com_error& error) {
+            char text[16];
+            std::snprintf(text, sizeof text, "!%x", static_cast<unsigned>(error.Error()));
+            seen = text;
+        }
+        EXPECT_EQ(seen, c.first) << c.source;
+    }
+    EXPECT_EQ(textOf(opened(connection, "U"), "A"), "7");
+    EXPECT_EQ(failureOf([&] { opened(nullptr, "U"); }), hrInvalidConnection);
+}
+
+TEST(EmbeddedRecordset, ColumnsHaveTheTypesTheyWereDeclaredWith) {
+    const struct {
+        const char* declared;
+        DataTypeEnum type;
+        std::int64_t size;
+        Variant put;
+        const char* got;     ///< type and text of what comes back
+        const char* stored;  ///< as SQLite has it
+    } cases[] = {
+        {"INTEGER", adInteger, 4, "12", "3:12", "integer:12"},
+        {"SMALLINT", adSmallInt, 2, 12.4, "2:12", "integer:12"},
+        {"TINYINT", adUnsignedTinyInt, 1, 255, "17:255", "integer:255"},
+        {"BIGINT", adBigInt, 8, 5000000000LL, "20:5000000000", "integer:5000000000"},
+        {"DOUBLE", adDouble, 8, "1,25", "5:1.25", "real:1.25"},
+        {"SINGLE", adSingle, 4, 0.1, "4:0.1", "real:0.100000001490116"},
+        {"DECIMAL(10,2)", adDecimal, 16, "12.50", "14:12.5", "real:12.5"},
+        {"CURRENCY", adCurrency, 8, 12.34567, "6:12.3457", "real:12.3457"},
+        {"BOOLEAN", adBoolean, 2, true, "11:-1", "integer:1"},
+        {"BIT", adBoolean, 2, "Faux", "11:0", "integer:0"},
+        {"DATETIME", adDate, 8, Variant::date(45418.5), "7:06/05/2024 12:00:00", "text:2024-05-06 12:00:00"},
+        {"DATE", adDate, 8, 45418.25, "7:06/05/2024 06:00:00", "text:2024-05-06 06:00:00"},
+        {"VARCHAR(5)", adVarWChar, 5, "Œuvré", "8:Œuvré", "text:Œuvré"},
+        {"TEXT", adLongVarWChar, 0x3FFFFFFF, 5, "8:5", "text:5"},
+        {"MEMO", adLongVarWChar, 0x3FFFFFFF, "", "8:", "text:"},
+        {"BLOB", adLongVarBinary, 0x3FFFFFFF, Variant::bytes(std::string_view("a\0b", 3)), "8209:3",
+         "blob:a"},
+        {"VARBINARY(2)", adVarBinary, 2, Variant::bytes("ab"), "8209:2", "blob:ab"},
+        {"", adLongVarWChar, 0x3FFFFFFF, 1.5, "8:1.5", "text:1.5"},
+        {"POINTS INTEGER", adInteger, 4, Variant::null(), "1:", "null:"},
+    };
+    for (const auto& c : cases) {
+        const _ConnectionPtr connection = createConnection(Engine::embedded);
+        connection->Open(fileString(":memory:"));
+        connection->Execute("CREATE TABLE T(A " + std::string(c.declared) + ")");
+        const _RecordsetPtr records = opened(connection, "T");
+        const FieldPtr field = records->GetFields()->GetItem(0L);
+        EXPECT_EQ(field->GetType(), c.type) << c.declared;
+        EXPECT_EQ(field->GetDefinedSize(), c.size) << c.declared;
+        records->AddNew();
+        field->PutValue(c.put);
+        records->Update();
+        const Variant value = field->GetValue();
+        const std::string shown = value.type() == VarType::bytes ? std::to_string(value.view().data.size())
+                                  : value.isNull()               ? ""
+                                                                 : value.text();
+        EXPECT_EQ(std::to_string(static_cast<int>(value.type())) + ":" + shown, c.got) << c.declared;
+        const _RecordsetPtr stored =
+            connection->Execute("SELECT typeof(A) || ':' || coalesce(CAST(A AS TEXT), '') AS S FROM T");
+        EXPECT_EQ(std::string(textOf(stored, "S").c_str()), c.stored) << c.declared;
+    }
+}
+
+TEST(EmbeddedRecordset, ValuesThatAreNotOfTheirTypeComeAsTheyAre) {
+    const _ConnectionPtr connection = createConnection(Engine::embedded);
+    connection->Open(fileString(":memory:"));
+    connection->Execute(
+        "CREATE TABLE T(I INTEGER, D DATE, B BOOLEAN); INSERT INTO T VALUES('abc', 'jamais', 'true'), (9e9, "
+        "45418, 2), (1.5, 1e9, NULL), (x'00', '2024-05-06T07:08:09.5Z', 'x')");
+    std::string seen;
+    for (_RecordsetPtr r = opened(connection, "T"); !r->GetEOF(); r->MoveNext())
+        for (long i = 0; i < 3; ++i) {
+            const Variant value = r->GetFields()->GetItem(i)->GetValue();
+            seen += std::to_string(static_cast<int>(value.type())) + " ";
+        }
+    EXPECT_EQ(seen, "8 8 11 20 7 11 5 20 1 8209 7 8 ");
+    EXPECT_EQ(failureOf([&] { put(opened(connection, "T"), "I", 3000000000LL); }), hrErrorsOccurred);
+}
+
+TEST(EmbeddedRecordset, StandsStillWhileOthersWrite) {
+    const TemporaryFolder folder;
+    const _ConnectionPtr mine =
+        newDatabase(folder.path("deux.mdb"),
+                    "CREATE TABLE T(A INTEGER PRIMARY KEY, B TEXT); WITH RECURSIVE n(i) AS (SELECT 1 UNION "
+                    "ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO T SELECT i * 2, 'v' || i FROM n");
+    const _ConnectionPtr other = createConnection(Engine::embedded);
+    other->Open(fileString(folder.path("deux.mdb"), "Busy Timeout=50"));
+    const _RecordsetPtr records = opened(mine, "T");
+    EXPECT_EQ(records->GetRecordCount(), 3000);
+    other->Execute(
+        "INSERT INTO T VALUES(1, 'new'); DELETE FROM T WHERE A = 2000; UPDATE T SET B = 'changed' WHERE A = "
+        "2002");
+    EXPECT_EQ(records->GetRecordCount(), 3000);
+    records->PutAbsolutePosition(1000);
+    EXPECT_EQ(failureOf([&] { textOf(records, "B"); }), hrDeletedRow);
+    records->MoveNext();
+    EXPECT_EQ(textOf(records, "B"), "changed");
+    other->Execute("DELETE FROM T WHERE A = 2004");
+    records->Move(1);
+    put(records, "B", "x");
+    EXPECT_EQ(failureOf([&] { records->Update(); }), hrDeletedRow);
+    records->CancelUpdate();
+    records->Requery();
+    EXPECT_EQ(records->GetRecordCount(), 2999);
+    // A writer that holds the database is waited for, then reported; what waits is not lost.
+    other->BeginTrans();
+    other->Execute("UPDATE T SET B = 'held'");
+    mine->Close();
+    mine->Open(fileString(folder.path("deux.mdb"), "Busy Timeout=50"));
+    const _RecordsetPtr again = opened(mine, "T");
+    put(again, "B", "mine");
+    EXPECT_EQ(failureOf([&] { again->Update(); }), hrFail);
+    EXPECT_EQ(textOf(again, "B"), "mine");
+    other->RollbackTrans();
+    again->Update();
+    EXPECT_EQ(textOf(again, "B"), "mine");
+    other->Execute("ALTER TABLE T DROP COLUMN B");
+    again->MoveLast();
+    EXPECT_EQ(failureOf([&] { textOf(again, "B"); }), hrErrorsInCommand);
+}
+
+TEST(EmbeddedRecordset, ConstraintsAreToldByUpdate) {
+    const _ConnectionPtr connection = createConnection(Engine::embedded);
+    connection->Open(fileString(":memory:"));
+    connection->Execute(
+        "CREATE TABLE T(ID INTEGER PRIMARY KEY, A TEXT NOT NULL UNIQUE); INSERT INTO T VALUES(5, 'a')");
+    const _RecordsetPtr records = opened(connection, "T");
+    records->AddNew();
+    put(records, "A", "a");
+    try {
+        records->Update();
+        ADD_FAILURE();
+    } catch (const _com_error& error) {
+        EXPECT_EQ(error.Error(), hrIntegrityViolation);
+        EXPECT_EQ(error.Description(), "Violation d'une contrainte : UNIQUE constraint failed: T.A");
+        EXPECT_EQ(error.Source(), "SQLite");
+    }
+    EXPECT_EQ(records->GetEditMode(), adEditAdd);
+    put(records, "A", "b");
+    records->Update();
+    EXPECT_EQ(textOf(records, "ID"), "6");
+    put(records, "ID", 2);
+    records->Update();
+    EXPECT_EQ(textOf(records, "ID") + textOf(records, "A"), "2b")
+        << "a record keeps its place when its key changes";
+    EXPECT_EQ(records->GetAbsolutePosition(), 2);
+}
+
+TEST(EmbeddedRecordset, LargeTextsAndManyRecordsAreReadByPage) {
+    const _ConnectionPtr connection = createConnection(Engine::embedded);
+    connection->Open(fileString(":memory:"));
+    connection->Execute("CREATE TABLE T(N INTEGER, M MEMO)");
+    const _RecordsetPtr records = opened(connection, "T");
+    connection->BeginTrans();
+    const std::string large(10 << 20, '\xE9');
+    for (int i = 0; i < 3000; ++i) {
+        records->AddNew();
+        put(records, "N", i);
+        put(records, "M", i == 7 ? large : "m" + std::to_string(i));
+        records->Update();
+    }
+    connection->CommitTrans();
+    int walked = 0;
+    for (records->MoveFirst(); !records->GetEOF(); records->MoveNext(), ++walked) {
+        ASSERT_EQ(textOf(records, "N"), std::to_string(walked));
+        ASSERT_EQ(textOf(records, "M").size(),
+                  walked == 7 ? large.size() : 1 + std::to_string(walked).size());
+    }
+    records->MoveLast();
+    for (; !records->GetBOF(); records->MovePrevious())
+        ASSERT_EQ(textOf(records, "N"), std::to_string(--walked));
+    for (int i = 0, at = 0; i < 500; ++i, at = (at * 31 + 17) % 3000) {
+        records->PutAbsolutePosition(at + 1);
+        ASSERT_EQ(textOf(records, "N"), std::to_string(at));
+    }
+}
