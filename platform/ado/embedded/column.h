@@ -56,8 +56,8 @@ VariantView viewOf(const Column& column, const Cell& cell, const std::string& bu
 /// A value as the field takes it; throws what `Field::PutValue` states.
 Variant fitted(const Column& column, const Variant& value);
 
-/// Binds a fitted value.
-void bind(Statement& statement, int parameter, const VariantView& value);
+/// Binds a fitted value. It and `scratch`, where its text may be made, must stay until the statement has run.
+void bind(Statement& statement, int parameter, const VariantView& value, std::string& scratch);
 
 bool isTextType(DataTypeEnum type);
 

@@ -86,6 +86,7 @@ void Recordset::start(RowSource source) {
         m_lock = adLockReadOnly;
     m_view = std::make_unique<View>(std::move(source));
     m_pending.resize(m_view->source.columns.size());
+    m_scratch.resize(m_pending.size());
     try {
         readKeys();
         goTo(0);
@@ -444,9 +445,11 @@ const std::vector<Column>& Recordset::columns() const {
 
 VariantView Recordset::value(std::size_t column, bool pendingToo) {
     View& view = open();
-    requireCurrent();
-    if (pendingToo && m_edit != adEditNone && m_pending[column]) return m_pending[column]->view();
-    if (m_edit == adEditAdd) return Variant::null().view();
+    if (m_edit != adEditNone || m_place != Place::on || m_deleted) {
+        requireCurrent();
+        if (pendingToo && m_pending[column]) return m_pending[column]->view();
+        if (m_edit == adEditAdd) return Variant::null().view();
+    }
     return view.page.value(view.keys, m_index, column);
 }
 
@@ -500,7 +503,8 @@ HResult Recordset::Update() {
 
 void Recordset::bindPending(Statement& statement) {
     int parameter = 0;
-    for (const std::size_t column : m_pendingColumns) bind(statement, ++parameter, m_pending[column]->view());
+    for (const std::size_t column : m_pendingColumns)
+        bind(statement, ++parameter, m_pending[column]->view(), m_scratch[column]);
 }
 
 void Recordset::insertRow() {

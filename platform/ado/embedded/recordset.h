@@ -120,6 +120,7 @@ class Recordset : public _Recordset {
     bool m_deleted = false;
     EditModeEnum m_edit = adEditNone;
     std::vector<std::optional<Variant>> m_pending;
+    std::vector<std::string> m_scratch;         ///< by column: texts on their way into the database
     std::vector<std::size_t> m_pendingColumns;  ///< in the order in which they were put first
 };
 

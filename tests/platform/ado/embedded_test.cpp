@@ -122,6 +122,8 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         "'a'), (2, 'b');"
         "CREATE TABLE SelectX(A INTEGER PRIMARY KEY) WITHOUT ROWID; INSERT INTO SelectX VALUES(3);"
         "CREATE TABLE U(A INTEGER, B); INSERT INTO U VALUES(7, 'z');"
+        "CREATE TABLE K(A INTEGER, B INTEGER, PRIMARY KEY(A, B)); INSERT INTO K VALUES(5, 6);"
+        "CREATE TABLE D(A INTEGER PRIMARY KEY DESC); INSERT INTO D VALUES(9);"
         "CREATE VIEW V AS SELECT A, A * 1.5 AS D FROM [nom d'été \"x\"]");
     const struct {
         const char* source;
@@ -146,6 +148,8 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         {"SELECT A FROM U LIMIT 1", "7;", false},
         {"SELECT A FROM U -- ' a comment\n WHERE A /* \" */ = 7", "7;", true},
         {"VALUES (1, NULL, x'41')", "1;null;bytes;", false},
+        {"K", "5;6;", true},
+        {"D", "9;", true},
         {"absent", "!80040e37", false},
         {"U; DROP TABLE U", "!80040e37", false},
         {"SELECT * FROM absent", "!80040e37", false},
