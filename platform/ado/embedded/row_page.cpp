@@ -138,13 +138,19 @@ void RowPage::loadRange(const KeyList& keys) {
 
 void RowPage::loadEach(const KeyList& keys) {
     for (std::int64_t row = 0; row < m_count; ++row) {
-        refresh(keys, m_first + row);
+        readOne(keys, m_first + row);
         if (isFull()) m_count = row + 1;
     }
 }
 
+/// The texts of the row as it was stay in the buffer: after many changes the window is read anew instead.
 void RowPage::refresh(const KeyList& keys, std::int64_t position) {
     if (!holds(position)) return;
+    if (isFull()) return forget();
+    readOne(keys, position);
+}
+
+void RowPage::readOne(const KeyList& keys, std::int64_t position) {
     if (!m_single) m_single = statement(" = ?1");
     m_single.bind(1, keys.at(position));
     const ResetAtEnd reset(m_single);

@@ -35,6 +35,7 @@ class RowPage {
     void load(const KeyList& keys, std::int64_t first, std::int64_t count);
     void loadRange(const KeyList& keys);
     void loadEach(const KeyList& keys);
+    void readOne(const KeyList& keys, std::int64_t position);
     bool isDense(const KeyList& keys) const;
     void begin(std::int64_t first, std::int64_t count);
     void readRow(Statement& statement, std::int64_t row, std::int64_t key);
