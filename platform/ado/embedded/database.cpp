@@ -146,11 +146,14 @@ Statement::Statement(Database& database, std::string_view sql, std::string_view*
         database.fail();
     const std::string_view after =
         rest != nullptr ? sql.substr(static_cast<std::size_t>(rest - sql.data())) : std::string_view();
-    if (tail != nullptr)
+    if (tail != nullptr) {
         *tail = after;
-    else if (!isBlank(after))
+    } else if (!isBlank(after)) {
+        // The destructor of what was not constructed does not run.
+        sqlite3_finalize(m_statement);
         throw _com_error(hrErrorsInCommand, "Erreur dans la commande : une seule instruction est attendue",
                          "SQLite");
+    }
 }
 
 Statement::Statement(Statement&& other) noexcept
