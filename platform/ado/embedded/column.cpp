@@ -335,17 +335,23 @@ VariantView viewOf(const Column& column, const Cell& cell, const std::string& bu
     }
 }
 
-Variant fitted(const Column& column, const Variant& value) {
-    if (value.isNull()) return Variant::null();
-    Variant result;
+void fit(const Column& column, const Variant& value, Variant& kept) {
+    const auto checked = [&](const Variant& converted) -> const Variant& {
+        const bool tooLong =
+            column.hasLimit && converted.size() > static_cast<std::size_t>(column.definedSize);
+        if (tooLong) throw _com_error(hrErrorsOccurred);
+        return converted;
+    };
+    const VarType type = variantTypeOf(column.type);
+    if (value.type() == type || value.isNull()) {
+        kept = checked(value);
+        return;
+    }
     try {
-        result = value.changeType(variantTypeOf(column.type));
+        kept = checked(value.changeType(type));
     } catch (const _com_error& error) {
         throw _com_error(error.Error() == hrOverflow ? hrErrorsOccurred : error.Error());
     }
-    if (column.hasLimit && result.view().data.size() > static_cast<std::size_t>(column.definedSize))
-        throw _com_error(hrErrorsOccurred);
-    return result;
 }
 
 void bind(Statement& statement, int parameter, const VariantView& value, std::string& scratch) {
