@@ -93,7 +93,7 @@ constinit const std::array<unsigned char, 256> lowerCase1252 = makeLower();
 
 std::string utf8From1252(std::string_view text) {
     std::string out;
-    out.reserve(text.size() + 8);
+    out.reserve(text.size());
     while (!text.empty()) {
         const std::size_t plain = asciiLength(text);
         out.append(text.substr(0, plain));
