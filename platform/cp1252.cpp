@@ -79,6 +79,13 @@ char codeOf(unsigned point) {
     return found == highControls.end() ? '?' : static_cast<char>(0x80 + (found - highControls.begin()));
 }
 
+/// Length of the ASCII text at the start; most texts are no more than that.
+std::size_t asciiLength(std::string_view text) {
+    const auto end =
+        std::find_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    return static_cast<std::size_t>(end - text.begin());
+}
+
 }  // namespace
 
 constinit const std::array<unsigned char, 256> upperCase1252 = makeUpper();
@@ -87,9 +94,14 @@ constinit const std::array<unsigned char, 256> lowerCase1252 = makeLower();
 std::string utf8From1252(std::string_view text) {
     std::string out;
     out.reserve(text.size());
-    for (const char c : text) {
-        const auto code = static_cast<unsigned char>(c);
-        appendUtf8(out, code >= 0x80 && code < 0xA0 ? highControls[code - 0x80u] : code);
+    while (!text.empty()) {
+        const std::size_t plain = asciiLength(text);
+        out.append(text.substr(0, plain));
+        text.remove_prefix(plain);
+        if (text.empty()) break;
+        const auto code = static_cast<unsigned char>(text.front());
+        appendUtf8(out, code < 0xA0 ? highControls[code - 0x80u] : code);
+        text.remove_prefix(1);
     }
     return out;
 }
@@ -98,6 +110,10 @@ std::string cp1252FromUtf8(std::string_view text) {
     std::string out;
     out.reserve(text.size());
     while (!text.empty()) {
+        const std::size_t plain = asciiLength(text);
+        out.append(text.substr(0, plain));
+        text.remove_prefix(plain);
+        if (text.empty()) break;
         const auto [length, point] = decodeUtf8(text);
         out += length == 0 ? '?' : codeOf(point);
         text.remove_prefix(std::max<std::size_t>(length, 1));

@@ -18,6 +18,7 @@ else
 fi
 
 lost=0
+hit=0
 for ((round = 1; round <= rounds; round++)); do
     "${program[@]}" write "$file" >"$folder/committed" 2>"$folder/errors" &
     writer=$!
@@ -26,12 +27,14 @@ for ((round = 1; round <= rounds; round++)); do
     kill -9 "$writer" 2>/dev/null || { echo "round $round: the writer ended by itself"; cat "$folder/errors"; lost=$((lost + 1)); }
     wait "$writer" 2>/dev/null || true
     committed=$(tr -d '\r' <"$folder/committed" | { grep -E '^[0-9]+$' || echo 0; } | tail -n 1)
-    found=$("${program[@]}" check "$file" "$committed" 2>"$folder/errors") || {
+    if [ "$committed" -gt "${before:-0}" ]; then hit=$((hit + 1)); fi
+    found=$("${program[@]}" check "$file" "$committed" 2>"$folder/errors" | tr -d '\r') || {
         echo "round $round: $committed committed, ${found:-none} found, exit $?"
         lost=$((lost + 1))
     }
+    before=${found:-0}
     # A fresh file now and then, so that making one is hit as well.
-    if ((round % 20 == 0)); then rm -f "$folder"/essai.mdb*; fi
+    if ((round % 20 == 0)); then rm -f "$folder"/essai.mdb*; before=0; fi
 done
-echo "$preset: $rounds kills, $lost with losses"
-[ "$lost" -eq 0 ]
+echo "$preset: $rounds kills, $hit of them after new commits, $lost with losses"
+[ "$lost" -eq 0 ] && [ "$hit" -gt 0 ]

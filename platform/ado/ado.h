@@ -19,8 +19,8 @@
 /// As there: a failure is thrown as `_com_error`, a call through a null pointer as E_POINTER, operations
 /// return the HRESULT of success.
 ///
-/// Objects belong to the thread that made them. A connection that is released or closed closes its
-/// recordsets.
+/// Objects belong to the thread that made them. Closing a connection closes its recordsets; a recordset keeps
+/// its connection alive.
 namespace ado20 {
 
 class _Connection;
@@ -64,7 +64,9 @@ class DORSEL_API _Connection : public Counted {
     /// - `Mode`: "Read" or "ReadOnly", "Write", "ReadWrite", "Share Deny None" ...; without it the property
     /// `Mode`.
     /// - `File Name`: a data-link file (".UDL"), whose text holds the connection string.
-    /// A database that is locked by somebody else is waited for, five seconds at most at each operation.
+    /// - `Busy Timeout` (embedded engine): how long an operation waits for a database that somebody else has
+    /// locked, in
+    ///   milliseconds; 5000 without it.
     virtual HResult Open(std::string_view connectionString = {}, std::string_view user = {},
                          std::string_view password = {}, long options = adOptionUnspecified) = 0;
     /// Rolls back what was not committed and closes the recordsets. 3704 when it is not open.
@@ -149,22 +151,24 @@ class DORSEL_API _Recordset : public Counted {
     /// 3001 outside 1..RecordCount.
     virtual void PutAbsolutePosition(std::int64_t position) = 0;
     virtual std::int64_t GetRecordCount() = 0;
-    /// Names the current record as long as the recordset is open, whatever is sorted, filtered, added or
-    /// deleted. 3021 without a current record.
+    /// A 64-bit integer that names the current record as long as the recordset is open, whatever is sorted,
+    /// filtered, added or deleted. 3021 without a current record.
     virtual Variant GetBookmark() = 0;
     virtual void PutBookmark(const Variant& bookmark) = 0;
 
     /// Goes to the next record, from `start` (as for `Move`) and `skip` records further, that meets one
     /// criterion: field, operator, value. The field may stand in [ ] or " "; operators are = < > <= >= <> and
-    /// LIKE; a value is a number, a text between ' (doubled inside) or a date between #. NULL goes with = and
-    /// <>. In a LIKE text `*` and `%` stand for any characters. Texts compare without regard to case. Nothing
-    /// found leaves EOF (BOF when searching backward). 3001 for a criterion that does not parse, 3265 for an
-    /// unknown field, 3021 when the search would start at an end.
+    /// LIKE; a value is a number, True or False, a text between ' (doubled inside) or a date between #, day
+    /// first or year first as `toDate` reads it (ADO reads month first). NULL goes with = and <>. In a LIKE
+    /// text `*` and `%` stand for any characters. Texts compare without regard to case. Nothing found leaves
+    /// EOF (BOF when searching backward). 3001 for a criterion that does not parse, 3265 for an unknown
+    /// field, 3021 when the search would start at an end.
     virtual HResult Find(std::string_view criterion, std::int64_t skip = 0,
                          SearchDirectionEnum direction = adSearchForward,
                          const Variant& start = Variant::missing()) = 0;
     /// "FIELD [ASC|DESC], ...", "" for the order of opening. Nulls first, texts without regard to case;
-    /// records that are equal stay as they were opened. The first record becomes current.
+    /// records that are equal stay as they were opened. The first record becomes current. Sorting and
+    /// filtering read the keys anew.
     virtual std::string GetSort() = 0;
     virtual void PutSort(std::string_view sort) = 0;
     /// Criteria as for `Find`, joined by AND and OR (AND binds closer, parentheses allowed); "" lifts the

@@ -104,6 +104,8 @@ class DORSEL_API Variant {
     VarType type() const { return m_value.type; }
     bool isNull() const { return m_value.isNull(); }
     bool isMissing() const;
+    /// Bytes of a text or of bytes, 0 for anything else.
+    std::size_t size() const { return m_data.size(); }
     /// Lives until the variant changes.
     VariantView view() const;
     operator VariantView() const { return view(); }

@@ -17,6 +17,8 @@ ComRecordset::ComRecordset(IUnknown* recordset) : m_inner(asked<IAdoRecordset>(r
 
 HResult ComRecordset::Open(const Variant& source, const _ConnectionPtr& connection, CursorTypeEnum cursor,
                            LockTypeEnum lock, long options) {
+    // Some implementations do not look whether the connection is open.
+    if (connection && connection->GetState() != adStateOpen) throw _com_error(hrInvalidConnection);
     ComVariant active{Variant::missing()};
     if (auto* const adoConnection =
             dynamic_cast<ComConnection*>(connection ? connection->GetEngineObject() : nullptr)) {

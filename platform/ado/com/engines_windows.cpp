@@ -21,7 +21,7 @@ using com::ComRecordset;
 /// What a connection string asks for.
 struct Wanted {
     bool embedded;  ///< the embedded engine and no other
-    bool access;    ///< an Access provider
+    bool access;    ///< an Access provider, or none
     std::string file;
 };
 

@@ -206,11 +206,20 @@ VariantView viewOfTextCell(const Column& column, std::string_view text) {
     return viewOfText(VarType::text, text);
 }
 
+/// Eight bytes at a time.
+bool isAscii(std::string_view text) {
+    std::uint64_t all = 0, word = 0;
+    for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
+        std::memcpy(&word, text.data(), sizeof word);
+        all |= word;
+    }
+    for (const char c : text) all |= static_cast<unsigned char>(c);
+    return (all & 0x8080808080808080u) == 0;
+}
+
 /// Appends a UTF-8 text as Windows-1252; most texts are the same in both.
 void append1252(std::string& buffer, std::string_view utf8) {
-    const bool plain =
-        std::none_of(utf8.begin(), utf8.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-    if (plain)
+    if (isAscii(utf8))
         buffer.append(utf8);
     else
         buffer.append(platform::cp1252FromUtf8(utf8));
@@ -277,22 +286,24 @@ void declare(Column& column, DataTypeEnum type, std::int64_t definedSize) {
     if (isLong) column.attributes |= adFldLong | adFldMayDefer;
 }
 
+/// The database is open for one thread, so a column's value may be asked directly.
 Cell readCell(sqlite3_stmt* statement, int column, std::string& buffer) {
+    sqlite3_value* const value = sqlite3_column_value(statement, column);
     Cell cell;
-    cell.kind = sqlite3_column_type(statement, column);
+    cell.kind = sqlite3_value_type(value);
     switch (cell.kind) {
         case SQLITE_INTEGER:
-            cell.integer = sqlite3_column_int64(statement, column);
+            cell.integer = sqlite3_value_int64(value);
             break;
         case SQLITE_FLOAT:
-            cell.real = sqlite3_column_double(statement, column);
+            cell.real = sqlite3_value_double(value);
             break;
         case SQLITE_TEXT:
         case SQLITE_BLOB: {
             cell.offset = buffer.size();
-            const void* data = cell.kind == SQLITE_TEXT ? sqlite3_column_text(statement, column)
-                                                        : sqlite3_column_blob(statement, column);
-            const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, column));
+            const void* data =
+                cell.kind == SQLITE_TEXT ? sqlite3_value_text(value) : sqlite3_value_blob(value);
+            const auto size = static_cast<std::size_t>(sqlite3_value_bytes(value));
             if (data == nullptr && size > 0) throw _com_error(hrOutOfMemory);
             const std::string_view bytes(static_cast<const char*>(data), data != nullptr ? size : 0);
             if (cell.kind == SQLITE_TEXT)
@@ -324,27 +335,31 @@ VariantView viewOf(const Column& column, const Cell& cell, const std::string& bu
     }
 }
 
-Variant fitted(const Column& column, const Variant& value) {
-    if (value.isNull()) return Variant::null();
-    Variant result;
+void fit(const Column& column, const Variant& value, Variant& kept) {
+    const auto checked = [&](const Variant& converted) -> const Variant& {
+        const bool tooLong =
+            column.hasLimit && converted.size() > static_cast<std::size_t>(column.definedSize);
+        if (tooLong) throw _com_error(hrErrorsOccurred);
+        return converted;
+    };
+    const VarType type = variantTypeOf(column.type);
+    if (value.type() == type || value.isNull()) {
+        kept = checked(value);
+        return;
+    }
     try {
-        result = value.changeType(variantTypeOf(column.type));
+        kept = checked(value.changeType(type));
     } catch (const _com_error& error) {
         throw _com_error(error.Error() == hrOverflow ? hrErrorsOccurred : error.Error());
     }
-    if (column.hasLimit && result.view().data.size() > static_cast<std::size_t>(column.definedSize))
-        throw _com_error(hrErrorsOccurred);
-    return result;
 }
 
-void bind(Statement& statement, int parameter, const VariantView& value) {
-    sqlite3_stmt* const raw = statement.get();
+void bind(Statement& statement, int parameter, const VariantView& value, std::string& scratch) {
     double real = 0;
-    std::string text;
     switch (value.type) {
         case VarType::empty:
         case VarType::null:
-            sqlite3_bind_null(raw, parameter);
+            statement.bindNull(parameter);
             return;
         case VarType::boolean:
             statement.bind(parameter, std::int64_t{value.integer != 0});
@@ -355,20 +370,22 @@ void bind(Statement& statement, int parameter, const VariantView& value) {
         case VarType::int64:
             statement.bind(parameter, value.integer);
             return;
-        case VarType::text:
-            statement.bind(parameter, std::string_view(platform::utf8From1252(value.data)));
-            return;
         case VarType::bytes:
-            sqlite3_bind_blob64(raw, parameter, value.data.data() != nullptr ? value.data.data() : "",
-                                value.data.size(), SQLITE_TRANSIENT);
+            statement.bindBytes(parameter, value.data);
             return;
+        case VarType::text: {
+            const bool plain = isAscii(value.data);
+            if (!plain) scratch = platform::utf8From1252(value.data);
+            statement.bindKept(parameter, plain ? value.data : std::string_view(scratch));
+            return;
+        }
         case VarType::date:
-            if (!isoDateText(value.real, text)) throw _com_error(hrErrorsOccurred);
-            statement.bind(parameter, std::string_view(text));
+            if (!isoDateText(value.real, scratch)) throw _com_error(hrErrorsOccurred);
+            statement.bindKept(parameter, scratch);
             return;
         default:
             if (const HResult result = toReal(value, real); result != hrOk) throw _com_error(result);
-            sqlite3_bind_double(raw, parameter, real);
+            statement.bind(parameter, real);
     }
 }
 

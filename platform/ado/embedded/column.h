@@ -53,11 +53,13 @@ Cell readCell(sqlite3_stmt* statement, int column, std::string& buffer);
 /// The value of a cell in its field's type. A text that has to be made is put in `scratch`.
 VariantView viewOf(const Column& column, const Cell& cell, const std::string& buffer, std::string& scratch);
 
-/// A value as the field takes it; throws what `Field::PutValue` states.
-Variant fitted(const Column& column, const Variant& value);
+/// Puts a value as the field takes it in `kept`; throws what `Field::PutValue` states, and leaves `kept`
+/// then.
+void fit(const Column& column, const Variant& value, Variant& kept);
 
-/// Binds a fitted value.
-void bind(Statement& statement, int parameter, const VariantView& value);
+/// Binds a value that fits. It and `scratch`, where its text may be made, must stay until the statement has
+/// run.
+void bind(Statement& statement, int parameter, const VariantView& value, std::string& scratch);
 
 bool isTextType(DataTypeEnum type);
 

@@ -146,11 +146,14 @@ Statement::Statement(Database& database, std::string_view sql, std::string_view*
         database.fail();
     const std::string_view after =
         rest != nullptr ? sql.substr(static_cast<std::size_t>(rest - sql.data())) : std::string_view();
-    if (tail != nullptr)
+    if (tail != nullptr) {
         *tail = after;
-    else if (!isBlank(after))
+    } else if (!isBlank(after)) {
+        // The destructor of what was not constructed does not run.
+        sqlite3_finalize(m_statement);
         throw _com_error(hrErrorsInCommand, "Erreur dans la commande : une seule instruction est attendue",
                          "SQLite");
+    }
 }
 
 Statement::Statement(Statement&& other) noexcept
@@ -177,13 +180,31 @@ void Statement::run() {
 }
 
 void Statement::bind(int parameter, std::int64_t value) {
-    if (sqlite3_bind_int64(m_statement, parameter, value) != SQLITE_OK) m_database->fail();
+    check(sqlite3_bind_int64(m_statement, parameter, value));
+}
+
+void Statement::bind(int parameter, double value) {
+    check(sqlite3_bind_double(m_statement, parameter, value));
+}
+
+void Statement::bindNull(int parameter) {
+    check(sqlite3_bind_null(m_statement, parameter));
 }
 
 void Statement::bind(int parameter, std::string_view text) {
-    if (sqlite3_bind_text64(m_statement, parameter, text.data(), text.size(), SQLITE_TRANSIENT,
-                            SQLITE_UTF8) != SQLITE_OK)
-        m_database->fail();
+    check(
+        sqlite3_bind_text64(m_statement, parameter, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+}
+
+// A null pointer would bind null.
+void Statement::bindKept(int parameter, std::string_view text) {
+    const char* const data = text.data() != nullptr ? text.data() : "";
+    check(sqlite3_bind_text64(m_statement, parameter, data, text.size(), SQLITE_STATIC, SQLITE_UTF8));
+}
+
+void Statement::bindBytes(int parameter, std::string_view bytes) {
+    const char* const data = bytes.data() != nullptr ? bytes.data() : "";
+    check(sqlite3_bind_blob64(m_statement, parameter, data, bytes.size(), SQLITE_STATIC));
 }
 
 std::string quotedName(std::string_view name) {

@@ -62,9 +62,19 @@ class Statement {
     void run();
     void reset() { sqlite3_reset(m_statement); }
     void bind(int parameter, std::int64_t value);
+    void bind(int parameter, double value);
+    void bindNull(int parameter);
+    /// The text is copied.
     void bind(int parameter, std::string_view text);
+    /// The text, the bytes must stay until the statement has run.
+    void bindKept(int parameter, std::string_view text);
+    void bindBytes(int parameter, std::string_view bytes);
 
   private:
+    void check(int code) {
+        if (code != SQLITE_OK) m_database->fail();
+    }
+
     Database* m_database = nullptr;
     sqlite3_stmt* m_statement = nullptr;
 };

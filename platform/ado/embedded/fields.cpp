@@ -7,19 +7,22 @@ namespace ado20::embedded {
 
 namespace {
 
+unsigned upper(char c) {
+    return platform::upperCase1252[static_cast<unsigned char>(c)];
+}
+
+/// Names differ in length, at their ends or in the middle; looking at all of a name would cost more than it
+/// saves.
 std::size_t hashOf(std::string_view name) {
-    std::uint32_t hash = 2166136261u;
-    for (const char c : name)
-        hash = (hash ^ platform::upperCase1252[static_cast<unsigned char>(c)]) * 16777619u;
-    return hash;
+    if (name.empty()) return 0;
+    const std::size_t size = name.size();
+    return size + 31 * upper(name[size - 1]) + 7 * upper(name[0]) + 131 * upper(name[size / 2]);
 }
 
 bool sameName(std::string_view first, std::string_view second) {
     if (first.size() != second.size()) return false;
-    return std::equal(first.begin(), first.end(), second.begin(), [](char a, char b) {
-        return a == b || platform::upperCase1252[static_cast<unsigned char>(a)] ==
-                             platform::upperCase1252[static_cast<unsigned char>(b)];
-    });
+    return std::equal(first.begin(), first.end(), second.begin(),
+                      [](char a, char b) { return a == b || upper(a) == upper(b); });
 }
 
 }  // namespace

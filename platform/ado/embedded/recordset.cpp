@@ -86,6 +86,8 @@ void Recordset::start(RowSource source) {
         m_lock = adLockReadOnly;
     m_view = std::make_unique<View>(std::move(source));
     m_pending.resize(m_view->source.columns.size());
+    m_scratch.resize(m_pending.size());
+    m_isPending.assign(m_pending.size(), 0);
     try {
         readKeys();
         goTo(0);
@@ -444,9 +446,11 @@ const std::vector<Column>& Recordset::columns() const {
 
 VariantView Recordset::value(std::size_t column, bool pendingToo) {
     View& view = open();
-    requireCurrent();
-    if (pendingToo && m_edit != adEditNone && m_pending[column]) return m_pending[column]->view();
-    if (m_edit == adEditAdd) return Variant::null().view();
+    if (m_edit != adEditNone || m_place != Place::on || m_deleted) {
+        requireCurrent();
+        if (pendingToo && m_isPending[column] != 0) return m_pending[column].view();
+        if (m_edit == adEditAdd) return Variant::null().view();
+    }
     return view.page.value(view.keys, m_index, column);
 }
 
@@ -455,9 +459,9 @@ void Recordset::put(std::size_t column, const Variant& value) {
     requireCurrent();
     const Column& field = m_view->source.columns[column];
     if ((field.attributes & adFldUpdatable) == 0) throw _com_error(hrFeatureNotAvailable);
-    Variant kept = fitted(field, value);
-    if (!m_pending[column]) m_pendingColumns.push_back(column);
-    m_pending[column] = std::move(kept);
+    fit(field, value, m_pending[column]);
+    if (m_isPending[column] == 0) m_pendingColumns.push_back(column);
+    m_isPending[column] = 1;
     if (m_edit == adEditNone) m_edit = adEditInProgress;
 }
 
@@ -481,7 +485,7 @@ HResult Recordset::CancelUpdate() {
 }
 
 void Recordset::dropPending() {
-    for (const std::size_t column : m_pendingColumns) m_pending[column].reset();
+    for (const std::size_t column : m_pendingColumns) m_isPending[column] = 0;
     m_pendingColumns.clear();
     m_edit = adEditNone;
 }
@@ -500,7 +504,8 @@ HResult Recordset::Update() {
 
 void Recordset::bindPending(Statement& statement) {
     int parameter = 0;
-    for (const std::size_t column : m_pendingColumns) bind(statement, ++parameter, m_pending[column]->view());
+    for (const std::size_t column : m_pendingColumns)
+        bind(statement, ++parameter, m_pending[column].view(), m_scratch[column]);
 }
 
 void Recordset::insertRow() {
@@ -540,8 +545,8 @@ void Recordset::updateRow() {
     view.update.run();
     if (sqlite3_changes(view.source.database->handle()) == 0) throw _com_error(hrDeletedRow);
     for (const std::size_t column : m_pendingColumns)
-        if (view.source.columns[column].isKey && !m_pending[column]->isNull())
-            view.keys.replace(m_index, m_pending[column]->view().integer);
+        if (view.source.columns[column].isKey && !m_pending[column].isNull())
+            view.keys.replace(m_index, m_pending[column].view().integer);
     view.page.refresh(view.keys, m_index);
 }
 

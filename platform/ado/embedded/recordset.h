@@ -1,6 +1,5 @@
 #pragma once
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -119,7 +118,9 @@ class Recordset : public _Recordset {
     std::int64_t m_index = 0;  ///< of the current record, 0-based; of the one behind a deleted one
     bool m_deleted = false;
     EditModeEnum m_edit = adEditNone;
-    std::vector<std::optional<Variant>> m_pending;
+    std::vector<Variant> m_pending;  ///< by column; their memory stays from record to record
+    std::vector<char> m_isPending;
+    std::vector<std::string> m_scratch;         ///< by column: texts on their way into the database
     std::vector<std::size_t> m_pendingColumns;  ///< in the order in which they were put first
 };
 

@@ -7,9 +7,16 @@ namespace ado20::embedded {
 namespace {
 
 constexpr std::int64_t firstStep = 16;
-constexpr std::int64_t largestStep = 512;
+constexpr std::int64_t largestStep = 2048;
 /// A page ends early when its texts reach this size.
 constexpr std::size_t bufferLimit = 1 << 20;
+
+Cell keyCell(std::int64_t key) {
+    Cell cell;
+    cell.kind = SQLITE_INTEGER;
+    cell.integer = key;
+    return cell;
+}
 
 }  // namespace
 
@@ -17,12 +24,19 @@ RowPage::RowPage(const RowSource& source)
     : m_source(source), m_slots(source.columns.size(), -1), m_step(firstStep) {}
 
 VariantView RowPage::value(const KeyList& keys, std::int64_t position, std::size_t column) {
+    const std::int64_t row = position - m_first;
+    const int slot = m_slots[column];
+    if (slot < 0 || row < 0 || row >= m_count || m_present[static_cast<std::size_t>(row)] == 0)
+        return slowValue(keys, position, column);
+    return viewOf(m_source.columns[column], cellsOf(row)[slot], m_buffer, m_scratch);
+}
+
+VariantView RowPage::slowValue(const KeyList& keys, std::int64_t position, std::size_t column) {
     if (m_slots[column] < 0) want(column);
     if (!holds(position)) moveTo(keys, position);
     const std::int64_t row = position - m_first;
-    if (!m_present[static_cast<std::size_t>(row)]) throw _com_error(hrDeletedRow);
-    const Cell& cell = cellsOf(row)[m_slots[column]];
-    return viewOf(m_source.columns[column], cell, m_buffer, m_scratch);
+    if (m_present[static_cast<std::size_t>(row)] == 0) throw _com_error(hrDeletedRow);
+    return viewOf(m_source.columns[column], cellsOf(row)[m_slots[column]], m_buffer, m_scratch);
 }
 
 /// The statements name the columns they read, so another column makes other statements.
@@ -36,7 +50,8 @@ void RowPage::want(std::size_t column) {
 Statement RowPage::statement(const char* condition) const {
     std::string sql = "SELECT " + m_source.key;
     for (const std::size_t column : m_wanted) {
-        sql += ", " + m_source.qualified(m_source.columns[column]);
+        // A column that is the key is there already.
+        if (!m_source.columns[column].isKey) sql += ", " + m_source.qualified(m_source.columns[column]);
     }
     sql += " FROM " + m_source.from + " WHERE " + m_source.key + condition;
     return Statement(*m_source.database, sql);
@@ -65,7 +80,7 @@ void RowPage::begin(std::int64_t first, std::int64_t count) {
     if (m_buffer.capacity() > 4 * bufferLimit) m_buffer.shrink_to_fit();
     m_cells.clear();
     m_cells.resize(static_cast<std::size_t>(count) * m_wanted.size());
-    m_present.assign(static_cast<std::size_t>(count), false);
+    m_present.assign(static_cast<std::size_t>(count), 0);
 }
 
 bool RowPage::isFull() const {
@@ -93,11 +108,12 @@ void RowPage::load(const KeyList& keys, std::int64_t first, std::int64_t count) 
     }
 }
 
-void RowPage::readRow(Statement& statement, std::int64_t row) {
-    Cell* const cells = cellsOf(row);
-    for (std::size_t slot = 0; slot < m_wanted.size(); ++slot)
-        cells[slot] = readCell(statement.get(), static_cast<int>(slot) + 1, m_buffer);
-    m_present[static_cast<std::size_t>(row)] = true;
+void RowPage::readRow(Statement& statement, std::int64_t row, std::int64_t key) {
+    Cell* cell = cellsOf(row);
+    int next = 1;
+    for (const std::size_t column : m_wanted)
+        *cell++ = m_source.columns[column].isKey ? keyCell(key) : readCell(statement.get(), next++, m_buffer);
+    m_present[static_cast<std::size_t>(row)] = 1;
 }
 
 /// Rows that others added between ours are passed over, rows that they deleted stay absent.
@@ -112,7 +128,7 @@ void RowPage::loadRange(const KeyList& keys) {
         while (row < m_count && keys.at(m_first + row) < key) ++row;
         if (row == m_count) break;
         if (keys.at(m_first + row) != key) continue;
-        readRow(m_range, row++);
+        readRow(m_range, row++, key);
         if (isFull()) {
             m_count = row;
             break;
@@ -122,34 +138,40 @@ void RowPage::loadRange(const KeyList& keys) {
 
 void RowPage::loadEach(const KeyList& keys) {
     for (std::int64_t row = 0; row < m_count; ++row) {
-        refresh(keys, m_first + row);
+        readOne(keys, m_first + row);
         if (isFull()) m_count = row + 1;
     }
 }
 
+/// The texts of the row as it was stay in the buffer: after many changes the window is read anew instead.
 void RowPage::refresh(const KeyList& keys, std::int64_t position) {
     if (!holds(position)) return;
+    if (isFull()) return forget();
+    readOne(keys, position);
+}
+
+void RowPage::readOne(const KeyList& keys, std::int64_t position) {
     if (!m_single) m_single = statement(" = ?1");
     m_single.bind(1, keys.at(position));
     const ResetAtEnd reset(m_single);
-    m_present[static_cast<std::size_t>(position - m_first)] = false;
-    if (m_single.step()) readRow(m_single, position - m_first);
+    m_present[static_cast<std::size_t>(position - m_first)] = 0;
+    if (m_single.step()) readRow(m_single, position - m_first, keys.at(position));
 }
 
 bool RowPage::readOn(KeyList& keys) {
     const std::int64_t known = keys.size();
     const std::int64_t last = known > 0 ? keys.at(known - 1) : INT64_MIN;
     if (known > 0 && last == INT64_MAX) return false;
-    if (!m_next) m_next = statement((" >= ?1 ORDER BY " + m_source.key + " LIMIT ?2").c_str());
+    if (!m_next) m_next = statement((" >= ?1 ORDER BY " + m_source.key).c_str());
     m_step = m_count > 0 ? std::min(m_step * 4, largestStep) : firstStep;
     m_next.bind(1, known > 0 ? last + 1 : last);
-    m_next.bind(2, m_step);
     const ResetAtEnd reset(m_next);
     begin(known, m_step);
     m_count = 0;
-    while (m_next.step()) {
-        keys.append(sqlite3_column_int64(m_next.get(), 0));
-        readRow(m_next, m_count++);
+    while (m_count < m_step && m_next.step()) {
+        const std::int64_t key = sqlite3_column_int64(m_next.get(), 0);
+        keys.append(key);
+        readRow(m_next, m_count++, key);
         if (isFull()) break;
     }
     return m_count > 0;

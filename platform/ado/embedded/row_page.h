@@ -28,14 +28,17 @@ class RowPage {
 
   private:
     bool holds(std::int64_t position) const { return position >= m_first && position < m_first + m_count; }
+    /// A record that is no longer in the database, or a window that is elsewhere.
+    VariantView slowValue(const KeyList& keys, std::int64_t position, std::size_t column);
     void want(std::size_t column);
     void moveTo(const KeyList& keys, std::int64_t position);
     void load(const KeyList& keys, std::int64_t first, std::int64_t count);
     void loadRange(const KeyList& keys);
     void loadEach(const KeyList& keys);
+    void readOne(const KeyList& keys, std::int64_t position);
     bool isDense(const KeyList& keys) const;
     void begin(std::int64_t first, std::int64_t count);
-    void readRow(Statement& statement, std::int64_t row);
+    void readRow(Statement& statement, std::int64_t row, std::int64_t key);
     bool isFull() const;
     Statement statement(const char* condition) const;
     Cell* cellsOf(std::int64_t row) {
@@ -49,7 +52,7 @@ class RowPage {
     std::int64_t m_count = 0;
     std::int64_t m_step = 0;  ///< rows to read next, growing while reading goes on in one direction
     std::vector<Cell> m_cells;
-    std::vector<bool> m_present;
+    std::vector<char> m_present;
     std::string m_buffer;
     std::string m_scratch;
     Statement m_range, m_next, m_single;

@@ -39,6 +39,15 @@ Listed lookUp(Database& database, std::string_view name) {
             sqlite3_column_int(find.get(), 1) != 0, true};
 }
 
+/// A primary key that is not the rowid under another name (it has several columns, or is declared DESC) has
+/// an index.
+bool hasKeyIndex(Database& database, const char* table) {
+    Statement find(database, "SELECT 1 FROM pragma_index_list(?1) WHERE origin = 'pk'");
+    find.bind(1, std::string_view(table));
+    const ResetAtEnd reset(find);
+    return find.step();
+}
+
 /// Nullability and the key of a table's column.
 void describe(Database& database, const char* table, const char* origin, Column& column) {
     const char* type = nullptr;
@@ -46,7 +55,8 @@ void describe(Database& database, const char* table, const char* origin, Column&
     if (sqlite3_table_column_metadata(database.handle(), nullptr, table, origin, &type, nullptr, &notNull,
                                       &primary, &counter) != SQLITE_OK)
         return;
-    column.isKey = primary != 0 && platform::equalNoCase1252(textOr(type), "INTEGER");
+    column.isKey =
+        primary != 0 && platform::equalNoCase1252(textOr(type), "INTEGER") && !hasKeyIndex(database, table);
     if (primary != 0) column.attributes |= adFldKeyColumn;
     if (notNull != 0 || column.isKey) column.attributes &= ~(adFldIsNullable | adFldMayBeNull);
 }

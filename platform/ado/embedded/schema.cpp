@@ -54,7 +54,7 @@ void addColumns(Database& database, const std::string& table, Statement& insert)
         if (column.hasLimit)
             insert.bind(6, column.definedSize);
         else
-            sqlite3_bind_null(insert.get(), 6);
+            insert.bindNull(6);
         insert.run();
     }
 } catch (const _com_error&) {

@@ -60,8 +60,8 @@ class Walk {
         return found;
     }
     std::string_view takeName() {
-        const bool isName = !atEnd() && (m_tokens[m_at].kind == SqlToken::word ||
-                                         m_tokens[m_at].kind == SqlToken::quotedName);
+        const bool isName =
+            !atEnd() && (m_tokens[m_at].kind == SqlToken::word || m_tokens[m_at].kind == SqlToken::name);
         return isName ? m_tokens[m_at++].text : std::string_view();
     }
     /// Everything up to one of these words on the outer level.
@@ -120,7 +120,7 @@ std::optional<std::vector<SqlToken>> sqlTokens(std::string_view sql) {
         if (length == std::string_view::npos) return {};
         if (sql[0] == ')') --depth;
         const SqlToken::Kind kind = sql[0] == '\'' ? SqlToken::string
-                                    : quoted       ? SqlToken::quotedName
+                                    : quoted       ? SqlToken::name
                                     : word > 0     ? SqlToken::word
                                                    : SqlToken::sign;
         tokens.push_back({kind, sql.substr(0, length), depth});

@@ -8,7 +8,7 @@
 namespace ado20::embedded {
 
 struct SqlToken {
-    enum Kind { word, quotedName, string, sign } kind;
+    enum Kind { word, name, string, sign } kind;
     std::string_view text;  ///< of the statement, quotes included
     int depth;              ///< of parentheses around it
 };

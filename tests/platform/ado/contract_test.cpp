@@ -283,7 +283,6 @@ struct EngineUnderTest {
 
 Records inMemory(Engine engine) {
     const Records records = createRecordset(engine);
-    records->PutCursorLocation(adUseClient);
     records->GetFields()->Append("NUM", adInteger);
     records->GetFields()->Append("NOM", adVarWChar, 20);
     records->GetFields()->Append("X", adDouble);
@@ -320,7 +319,10 @@ struct Cannot {
     const char* why;
 };
 const Cannot cannot[] = {
-    {"ADO, in memory", nullptr, "Wine's recordset"},
+    // Wine 8: Update, CancelUpdate, Delete, Move, positions, Find, Sort, Filter and a field's properties
+    // answer E_NOTIMPL,
+    // so the five records cannot be made by AddNew and Update. com_test.cpp has what goes without them.
+    {"ADO, in memory", nullptr, "Wine's recordset in memory has no Update"},
 };
 
 const char* reason(const EngineUnderTest& engine, const Case& testCase) {

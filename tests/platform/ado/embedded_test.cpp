@@ -2,6 +2,8 @@
 
 #include <platform/files.h>
 
+#include <random>
+
 #include "engines.h"
 
 using namespace ado20;
@@ -15,6 +17,7 @@ TEST(EmbeddedConnection, OpensWhatIsADatabaseAndNothingElse) {
     folder.write("entier.db", cut);
     cut.resize(cut.size() / 2);
     folder.write("coupe.mdb", cut);
+    folder.write("lien.udl", "[oledb]\r\nProvider=SQLite;Data Source=" + folder.path("entier.db") + "\r\n");
     const struct {
         std::string string;
         HResult result;
@@ -29,6 +32,7 @@ TEST(EmbeddedConnection, OpensWhatIsADatabaseAndNothingElse) {
         {fileString(folder.folder()), hrFail},
         {"Provider=SQLite", hrFail},
         {"", hrFail},
+        {"File Name=" + folder.path("lien.udl"), hrOk},
         {"File Name=" + folder.path("absent.udl"), hrFail},
     };
     for (const auto& c : cases) {
@@ -122,6 +126,8 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         "'a'), (2, 'b');"
         "CREATE TABLE SelectX(A INTEGER PRIMARY KEY) WITHOUT ROWID; INSERT INTO SelectX VALUES(3);"
         "CREATE TABLE U(A INTEGER, B); INSERT INTO U VALUES(7, 'z');"
+        "CREATE TABLE K(A INTEGER, B INTEGER, PRIMARY KEY(A, B)); INSERT INTO K VALUES(5, 6);"
+        "CREATE TABLE D(A INTEGER PRIMARY KEY DESC); INSERT INTO D VALUES(9);"
         "CREATE VIEW V AS SELECT A, A * 1.5 AS D FROM [nom d'été \"x\"]");
     const struct {
         const char* source;
@@ -146,6 +152,8 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         {"SELECT A FROM U LIMIT 1", "7;", false},
         {"SELECT A FROM U -- ' a comment\n WHERE A /* \" */ = 7", "7;", true},
         {"VALUES (1, NULL, x'41')", "1;null;bytes;", false},
+        {"K", "5;6;", true},
+        {"D", "9;", true},
         {"absent", "!80040e37", false},
         {"U; DROP TABLE U", "!80040e37", false},
         {"SELECT * FROM absent", "!80040e37", false},
@@ -319,8 +327,8 @@ TEST(EmbeddedRecordset, LargeTextsAndManyRecordsAreReadByPage) {
     connection->Execute("CREATE TABLE T(N INTEGER, M MEMO)");
     const _RecordsetPtr records = opened(connection, "T");
     connection->BeginTrans();
-    const std::string large(10 << 20, '\xE9');
-    for (int i = 0; i < 3000; ++i) {
+    const std::string large = std::string(10 << 20, 'm') + "é";
+    for (int i = 0; i < 1500; ++i) {
         records->AddNew();
         put(records, "N", i);
         put(records, "M", i == 7 ? large : "m" + std::to_string(i));
@@ -336,8 +344,41 @@ TEST(EmbeddedRecordset, LargeTextsAndManyRecordsAreReadByPage) {
     records->MoveLast();
     for (; !records->GetBOF(); records->MovePrevious())
         ASSERT_EQ(textOf(records, "N"), std::to_string(--walked));
-    for (int i = 0, at = 0; i < 500; ++i, at = (at * 31 + 17) % 3000) {
+    for (int i = 0, at = 0; i < 500; ++i, at = (at * 31 + 17) % 1500) {
         records->PutAbsolutePosition(at + 1);
         ASSERT_EQ(textOf(records, "N"), std::to_string(at));
     }
+}
+
+TEST(EmbeddedRecordset, DamagedDatabasesFailOrAnswer) {
+    const TemporaryFolder folder;
+    newDatabase(folder.path("sain.mdb"),
+                "PRAGMA page_size = 512; VACUUM; CREATE TABLE T(A INTEGER PRIMARY KEY, B TEXT, C BLOB); "
+                "CREATE INDEX I ON T(B);"
+                "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) INSERT INTO T "
+                "SELECT i, 'v' || "
+                "i, randomblob(i * 5 % 900) FROM n")
+        ->Close();
+    const std::string sound = folder.read("sain.mdb");
+    std::mt19937 random(7);
+    int refused = 0;
+    for (int round = 0; round < 200; ++round) {
+        std::string damaged = sound;
+        for (int i = 0; i < 1 + round % 20; ++i)
+            damaged[random() % damaged.size()] = static_cast<char>(random());
+        if (round % 5 == 0) damaged.resize(random() % damaged.size());
+        const _ConnectionPtr connection = createConnection(Engine::embedded);
+        const HResult failure = failureOf([&] {
+            connection->Open(fileString(folder.write("abime.mdb", damaged)));
+            const _RecordsetPtr records = opened(connection, "T");
+            for (; !records->GetEOF(); records->MoveNext()) textOf(records, "B");
+            records->PutSort("B DESC");
+            records->AddNew();
+            put(records, "B", "neuf");
+            records->Update();
+            records->Find("A = 250", 0, adSearchBackward);
+        });
+        refused += failure != hrOk ? 1 : 0;
+    }
+    EXPECT_GT(refused, 50);
 }

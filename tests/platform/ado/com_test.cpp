@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include <platform/files.h>
+
+#include <string>
+#include <vector>
+
+#include "engines.h"
+
+using namespace ado20;
+
+/// What goes through COM, as far as Debian's Wine has it: connection and recordset objects without a
+/// provider, and no ADOX. Unproved without a real Windows: opening a database, Execute, transactions,
+/// OpenSchema, the recordset of a provider, the catalog.
+namespace {
+
+std::vector<std::string> traced;
+
+void keepTrace(const char* text) {
+    traced.emplace_back(text);
+}
+
+}  // namespace
+
+TEST(ComEngine, AConnectionKeepsItsPropertiesAndFailsAsAdoDoes) {
+    const _ConnectionPtr connection = createConnection(Engine::com);
+    EXPECT_EQ(connection->GetState(), adStateClosed);
+    EXPECT_EQ(connection->GetEngine(), Engine::com);
+    EXPECT_NE(connection->GetHandle(), 0u);
+    connection->PutMode(adModeRead);
+    EXPECT_EQ(connection->GetMode(), adModeRead);
+    connection->PutCursorLocation(adUseClient);
+    EXPECT_EQ(connection->GetCursorLocation(), adUseClient);
+    connection->PutConnectionString("Provider=é;");
+    EXPECT_EQ(connection->GetConnectionString(), "Provider=é;");
+    EXPECT_EQ(failureOf([&] { connection->Close(); }), hrObjectClosed);
+    EXPECT_EQ(failureOf([&] { connection->Execute("SELECT 1"); }), hrObjectClosed);
+    for (const char* string :
+         {"", "Provider=Microsoft.ACE.OLEDB.12.0;Data Source=C:\\absent.mdb;", "Data Source=x"})
+        EXPECT_LT(failureOf([&] { connection->Open(string); }), 0) << string;
+    EXPECT_EQ(connection->GetState(), adStateClosed);
+    EXPECT_LT(
+        failureOf([] {
+            createCatalog(Engine::com)->Create("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=C:\\x.mdb;");
+        }),
+        0);
+}
+
+TEST(ComEngine, ARecordsetInMemoryTakesRecordsAndGivesThem) {
+    const _RecordsetPtr records = createRecordset(Engine::com);
+    EXPECT_EQ(failureOf([&] { records->Close(); }), hrObjectClosed);
+    EXPECT_EQ(failureOf([&] { records->Open("T", nullptr); }), hrInvalidConnection);
+    EXPECT_EQ(failureOf([&] { records->Open("T", createConnection(Engine::com)); }), hrInvalidConnection);
+    EXPECT_EQ(failureOf([&] { records->Open("T", createConnection(Engine::embedded)); }),
+              hrInvalidConnection);
+    const Variant values[] = {Variant(5),
+                              Variant("é|œ"),
+                              Variant(1.5),
+                              Variant::date(45418.5),
+                              Variant::currency(12345),
+                              Variant::bytes("a"),
+                              Variant(true),
+                              Variant::decimal({15, 0, 1, true}),
+                              Variant::null()};
+    const DataTypeEnum types[] = {adInteger,   adVarWChar, adDouble,  adDate,    adCurrency,
+                                  adVarBinary, adBoolean,  adDecimal, adVarWChar};
+    for (std::size_t i = 0; i < std::size(values); ++i)
+        records->GetFields()->Append("F" + std::to_string(i), types[i], 20);
+    records->Open(Variant::missing(), nullptr, adOpenStatic, adLockOptimistic);
+    EXPECT_TRUE(records->GetBOF() && records->GetEOF());
+    for (int record = 0; record < 2; ++record) {
+        records->AddNew();
+        for (long i = 0; i < records->GetFields()->GetCount(); ++i)
+            records->GetFields()->GetItem(i)->PutValue(values[static_cast<std::size_t>(i)]);
+        for (long i = 0; i < records->GetFields()->GetCount(); ++i)
+            EXPECT_EQ(records->GetFields()->GetItem(i)->GetValue(), values[static_cast<std::size_t>(i)]) << i;
+    }
+    // Wine keeps the number of records, but not their values once the next one was begun.
+    EXPECT_EQ(records->GetRecordCount(), 2);
+    int walked = 0;
+    for (records->MoveFirst(); !records->GetEOF() && walked < 9; records->MoveNext()) ++walked;
+    EXPECT_EQ(walked, 2);
+    EXPECT_EQ(failureOf([&] { records->GetFields()->GetItem("absent"); }), hrItemNotFound);
+    records->Close();
+    EXPECT_EQ(records->GetState(), adStateClosed);
+}
+
+TEST(ComEngine, TheEmbeddedEngineOpensWhatAdoCannotAndOneTraceLineSaysSo) {
+    const TemporaryFolder folder;
+    const TraceLine before = replaceTraceLine(keepTrace);
+    const std::string path = folder.path("affaire.mdb"),
+                      ace = "Provider =Microsoft.ACE.OLEDB.12.0;Data Source=" + path + ";";
+    traced.clear();
+    createCatalog()
+        ->Create("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path + ";")
+        ->Execute("CREATE TABLE T(A INTEGER); INSERT INTO T VALUES(7)");
+    EXPECT_EQ(traced.size(), 1u);
+    const _ConnectionPtr connection = createConnection();
+    EXPECT_EQ(connection->GetEngine(), Engine::automatic);
+    connection->PutCursorLocation(adUseClient);
+    connection->Open(ace);
+    EXPECT_EQ(traced.size(), 2u);
+    EXPECT_EQ(connection->GetEngine(), Engine::embedded);
+    const _RecordsetPtr records = createRecordset();
+    EXPECT_EQ(failureOf([&] { records->GetEOF(); }), hrObjectClosed);
+    records->Open("T", connection, adOpenStatic, adLockOptimistic);
+    EXPECT_EQ(textOf(records, "A"), "7");
+    // What is neither ADO's nor SQLite's fails as ADO failed, and is left as it was.
+    const std::string other = folder.write("autre.mdb", std::string("\0\1\0\0Standard Jet DB", 19));
+    EXPECT_LT(failureOf([&] {
+                  createConnection()->Open("Provider=Microsoft.ACE.OLEDB.12.0;Data Source=" + other + ";");
+              }),
+              0);
+    EXPECT_LT(failureOf([&] {
+                  createCatalog()->Create("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + other + ";");
+              }),
+              0);
+    EXPECT_LT(failureOf([&] { createConnection()->Open("Provider=Inconnu;Data Source=" + path); }), 0);
+    EXPECT_EQ(platform::theFiles().size(other.c_str()), 19);
+    EXPECT_EQ(traced.size(), 2u);
+    replaceTraceLine(before);
+}
