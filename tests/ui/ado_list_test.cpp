@@ -69,9 +69,7 @@ class AdoList : public testing::Test {
     std::string current() const {
         return std::to_string(list.m_FocusRow) + "," + std::to_string(list.m_FocusSubItem);
     }
-    void press(WPARAM key) {
-        list.KeyboardHook(list.m_pActiveEditor != nullptr ? list.m_pActiveEditor : &list, key, 1);
-    }
+    void press(WPARAM key) { list.KeyboardHook(CWnd::FromHandlePermanent(::GetFocus()), key, 1); }
 };
 
 TEST_F(AdoList, FieldsBecomeColumnsOfTheirKind) {
@@ -87,14 +85,18 @@ TEST_F(AdoList, FieldsBecomeColumnsOfTheirKind) {
 
 TEST_F(AdoList, ARowIsWrittenWhenItIsLeft) {
     list.SetCurrentSubItem(1, name);
-    type("Pont neuf");
+    type("Pont 9");
     press(VK_TAB);
-    EXPECT_EQ(text(1, name), "Pont neuf") << "shown";
+    EXPECT_EQ(text(1, name), "Pont 9") << "shown";
     EXPECT_EQ(stored("SELECT NOM FROM BORNES WHERE NUM=2"), "Pont ") << "not written yet";
-    type("");
     press(VK_DOWN);
-    EXPECT_EQ(current(), "1,3") << "nine letters do not fit the field";
-    EXPECT_NE(prompt.asked, "");
+    EXPECT_EQ(current(), "2,3");
+    EXPECT_EQ(stored("SELECT NOM FROM BORNES WHERE NUM=2"), "Pont 9 ");
+    list.SetCurrentSubItem(2, name);
+    type("Mairie annexe");
+    press(VK_DOWN);
+    EXPECT_EQ(current(), "2,2") << "more letters than the field holds";
+    EXPECT_EQ(prompt.asked, "Problème de Données sur 'NOM'");
 }
 
 TEST_F(AdoList, AnEmptyNumberBecomesNullAndChecksAreWritten) {
@@ -162,7 +164,7 @@ TEST_F(AdoList, ColumnsSortAsTheirFieldsAndTheRecordStaysCurrent) {
 }
 
 TEST_F(AdoList, TheSortExpressionIsKeptWithTheLayout) {
-    list.SortColum("NOM DESC");
+    list.SortColum("Z DESC");
     list.SetColumnWidth(height, -77);
     EXPECT_EQ(list.SaveHeadToReg(layout, nullptr), 5);
     CAdoListCtrl again;
@@ -173,7 +175,7 @@ TEST_F(AdoList, TheSortExpressionIsKeptWithTheLayout) {
     EXPECT_EQ(again.GetColumnWidth(height), -77);
     CString first;
     again.GetValue(0, num, first);
-    EXPECT_STREQ(first, "2") << "Pont";
+    EXPECT_STREQ(first, "10") << "the highest";
     HKEY key = nullptr;
     again.LoadHeadFromReg(nullptr, 7, &key);
     ASSERT_NE(key, nullptr);
@@ -195,15 +197,14 @@ TEST_F(AdoList, TheComboKeepsItsSizeWithTheListsColumns) {
     const char* const before = std::exchange(g_RegTOREL_32, "Software\\Kestra Essais");
     combo.SetDroppedWidth(333);
     EXPECT_EQ(combo.SaveHeadToReg("Choix", 0), 1);
+    const int narrow = combo.SetDroppedWidth(10);
     EXPECT_EQ(combo.LoadHeadFromReg(nullptr, 16), 0);
-    combo.SetDroppedWidth(150);
-    combo.LoadHeadFromReg(nullptr, 16);
-    EXPECT_EQ(combo.GetDroppedWidth(), 150) << "without a key nothing was written";
+    EXPECT_EQ(combo.GetDroppedWidth(), narrow) << "without a key nothing was written";
     combo.m_pList = &list;
     combo.SetDroppedWidth(333);
     EXPECT_EQ(combo.SaveHeadToReg(nullptr, 1), 5);
     EXPECT_TRUE(list.m_RegName.IsEmpty());
-    combo.SetDroppedWidth(150);
+    combo.SetDroppedWidth(500);
     EXPECT_EQ(combo.LoadHeadFromReg(nullptr, 16 | 32 | 7), 5);
     EXPECT_EQ(combo.GetDroppedWidth(), 333);
     g_RegTOREL_32 = before;

@@ -78,7 +78,10 @@ int CAdoComboBox::LoadHeadFromReg(const char* name, int flags) {
     platform::RegistryKey key;
     if (key.open(HKEY_CURRENT_USER, path.c_str(), KEY_READ) != ERROR_SUCCESS) return result;
     const auto width = platform::readNumber(key.get(), "ComboWidth");
-    if ((flags & controls::comboWidth) != 0 && isSize(width)) SetDroppedWidth(*width);
+    if ((flags & controls::comboWidth) != 0 && isSize(width)) {
+        // Some platforms take a smaller width than before for none at all, the first time.
+        if (SetDroppedWidth(*width) != *width) SetDroppedWidth(*width);
+    }
     const auto height = platform::readNumber(key.get(), "ComboHeigth");
     if ((flags & controls::comboHeight) != 0 && isSize(height)) SetDroppedHeight(*height);
     return result;
