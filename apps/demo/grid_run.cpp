@@ -1,5 +1,7 @@
 #include "grid_run.h"
 
+#include <cstdlib>
+
 #include <kestra/database/database.h>
 #include <platform/files.h>
 
@@ -22,8 +24,8 @@ std::string widthFile(const std::string& folder) {
 
 int GridRun::run(const char* project) {
     if (openPoints(project)) {
-        grid().SetColumnWidth(east, -grid().GetColumnWidth(east));
-        grid().SetColumnWidth(north, -grid().GetColumnWidth(north));
+        for (const int col : {east, north, station, date})
+            grid().SetColumnWidth(col, -std::abs(grid().GetColumnWidth(col)));
         grid().GetValue(editedRow, number, m_number);
         typeIntoCell();
         leaveRow();
