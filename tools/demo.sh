@@ -47,12 +47,11 @@ wait "$host" || true
 # The grid, with real keys and a real mouse: the host names a place ("x y"), the first word list is given to xdotool
 # there, then the picture is taken, then the second one is given.
 step() {  # name words-before words-after
-    for ((i = 0; i < 600; i++)); do
-        [ -s "out/$1.prete" ] && break
+    local x y
+    until read -r x y 2>/dev/null <"out/$1.prete"; do
         kill -0 "$host" 2>/dev/null || return 0
         sleep 0.1
     done
-    read -r x y <"out/$1.prete"
     # shellcheck disable=SC2086 # the words are meant to be several
     xdotool mousemove "$x" "$y" sleep 0.3 $2 sleep 1
     import -window root "out/$1.png"
