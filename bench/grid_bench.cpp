@@ -5,7 +5,6 @@
 #include <bench/side_by_side.h>
 #include <kestra/controls/data/ado_list_ctrl.h>
 #include <kestra/controls/edit_list_ctrl.h>
-#include <platform/window/handles.h>
 #include <sqlite3.h>
 #include <tests/support/counted_registry.h>
 #include <tests/ui/ui_support.h>
@@ -26,9 +25,24 @@ void addColumns(Grid& grid, int columns) {
     }
 }
 
+/// Redrawing held back while a list is filled, as whoever fills one does; also that of a hidden list.
+class Filling {
+  public:
+    explicit Filling(HWND list) : m_list(list) {
+        ::SendMessageA(list, WM_SETREDRAW, FALSE, 0);
+        ::SendMessageA(list, LVM_DELETEALLITEMS, 0, 0);
+        ::SendMessageA(list, LVM_SETITEMCOUNT, rowCount, 0);
+    }
+    ~Filling() { ::SendMessageA(m_list, WM_SETREDRAW, TRUE, 0); }
+    Filling(const Filling&) = delete;
+    Filling& operator=(const Filling&) = delete;
+
+  private:
+    HWND m_list;
+};
+
 void fillGrid(CEditListCtrl& grid) {
-    const platform::RedrawOff held(grid);
-    grid.DeleteAllItems();
+    const Filling filling(grid);
     for (int row = 0; row < rowCount; ++row) {
         grid.InsertItem(row, "Borne");
         for (int col = 1; col < columnCount; ++col) grid.SetItemText(row, col, "12345,678");
@@ -37,8 +51,7 @@ void fillGrid(CEditListCtrl& grid) {
 }
 
 void fillPlain(HWND list) {
-    const platform::RedrawOff held(list);
-    ::SendMessageA(list, LVM_DELETEALLITEMS, 0, 0);
+    const Filling filling(list);
     for (int row = 0; row < rowCount; ++row) {
         LVITEMA item = {};
         item.mask = LVIF_TEXT;
