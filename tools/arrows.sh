@@ -38,4 +38,10 @@ for room in "${!may[@]}"; do
     leaks=$(grep -nHE '#[[:space:]]*if(def|ndef)?.*(_WIN32|__linux__|WIN64)|#[[:space:]]*include[[:space:]]*<(windows|winsock2|commctrl|unistd|sys/[a-z]+|dirent)\.h>' $files || true)
     [ -z "$leaks" ] || complain "$leaks"
 done
+
+# The database engines hide theirs: SQLite is known to the embedded engine only, the engines' own headers to platform/ado.
+sqlite=$(git grep -nE '#include <sqlite3\.h>' -- platform dorsel kestra apps | grep -v '^platform/ado/embedded/' || true)
+[ -z "$sqlite" ] || complain "$sqlite"
+engines=$(git grep -nE '#include <platform/ado/(embedded|com)/' -- platform dorsel kestra apps | grep -v '^platform/ado/' || true)
+[ -z "$engines" ] || complain "$engines"
 exit $status

@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include <kestra/database/questions.h>
 #include <kestra/dialogs/resource.h>
 #include <platform/window/file_dialog.h>
 #include <platform/window/module_state.h>
@@ -25,10 +24,11 @@ bool chooseTable(platform::ListQuestion& question) {
     return CDialTables(question).DoModal() == IDOK;
 }
 
-constexpr kestra::DatabaseDialogs dialogs = {chooseFile, chooseTable};
-[[maybe_unused]] const bool registered = (kestra::replaceDatabaseDialogs(&dialogs), true);
+[[maybe_unused]] const bool registered = (kestra::replaceDatabaseDialogs(&windowDialogs), true);
 
 }  // namespace
+
+constinit const kestra::DatabaseDialogs windowDialogs = {chooseFile, chooseTable};
 
 const CRuntimeClass CDialTables::runtimeClass{"CDialTables", &CDialog::runtimeClass};
 

@@ -1,10 +1,15 @@
 #pragma once
 #include <windows.h>
 
+#include <kestra/database/questions.h>
 #include <platform/export.h>
 #include <platform/prompt.h>
 #include <platform/window/controls.h>
 #include <platform/window/dialog.h>
+
+/// The window forms of what `Database` asks: the system's file dialog, and the one below. In force from the
+/// moment that the module is loaded.
+KESTRA_API extern const kestra::DatabaseDialogs windowDialogs;
 
 /// Choice of one text of a list that two check boxes widen and narrow, such as the tables and queries of a
 /// database. A double click chooses too; Cancel leaves the question as it stands then.

@@ -275,3 +275,46 @@ TEST(Recordset, FieldsAreFoundByName) {
     EXPECT_STREQ(records.GetFieldName(-1), "");
     EXPECT_EQ(errorLines().size(), 2u);
 }
+
+TEST(Recordset, NothingEscapesFromADatabaseThatIsFullLockedOrChanged) {
+    const TestDatabase data(
+        {thirtyTable, thirtyRows, "PRAGMA max_page_count = 1", "PRAGMA busy_timeout = 20"});
+    MyRecordsetPtr records;
+    data.open(records, "T");
+    RecordedTraces traces;
+    const auto add = [&](long key) {
+        records.AddNew();
+        records.SetValue("NUM", key);
+        records.SetValue("NOM", "vingt lettres au plus");
+        records.SetValue("NOM", "vingt lettres et pas");
+        return records.Update(1);
+    };
+    long key = 100;
+    while (key < 100'000 && add(key) == 0) ++key;
+    EXPECT_EQ(records.m_LastError.m_Code, ado20::hrMediumFull);
+    EXPECT_EQ(records.GetRecordCount(), 30 + key - 100);
+    data.run("PRAGMA max_page_count = 100000");
+    EXPECT_EQ(add(key), 0) << "the disk has room again";
+
+    Database database;
+    const _ConnectionPtr other = database.OpenDB(data.path().c_str(), 0, ado20::adUseClient);
+    other->BeginTrans();
+    other->Execute("DELETE FROM T WHERE NUM = 3");
+    EXPECT_EQ(add(key + 1), -1) << "locked";
+    EXPECT_EQ(records.Move(3, 1), 0);
+    EXPECT_EQ(number(records), 3) << "not committed";
+    other->CommitTrans();
+    EXPECT_EQ(add(key + 1), 0);
+    EXPECT_EQ(records.MoveFirst(), 0);
+
+    other->Execute("ALTER TABLE T DROP COLUMN NOM");
+    for (long row = 0; row < records.GetRecordCount(); ++row) {
+        records.Move(row, -1);
+        records.GetStrValue("NOM");
+    }
+    records.SetValue("NOM", "perdu");
+    EXPECT_EQ(records.Update(1), -1);
+    other->Execute("DROP TABLE T");
+    EXPECT_EQ(add(1), -1);
+    EXPECT_EQ(records.Close(), 0);
+}

@@ -320,7 +320,7 @@ TEST(EmbeddedRecordset, LargeTextsAndManyRecordsAreReadByPage) {
     const _RecordsetPtr records = opened(connection, "T");
     connection->BeginTrans();
     const std::string large(10 << 20, '\xE9');
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 1500; ++i) {
         records->AddNew();
         put(records, "N", i);
         put(records, "M", i == 7 ? large : "m" + std::to_string(i));
@@ -336,7 +336,7 @@ TEST(EmbeddedRecordset, LargeTextsAndManyRecordsAreReadByPage) {
     records->MoveLast();
     for (; !records->GetBOF(); records->MovePrevious())
         ASSERT_EQ(textOf(records, "N"), std::to_string(--walked));
-    for (int i = 0, at = 0; i < 500; ++i, at = (at * 31 + 17) % 3000) {
+    for (int i = 0, at = 0; i < 500; ++i, at = (at * 31 + 17) % 1500) {
         records->PutAbsolutePosition(at + 1);
         ASSERT_EQ(textOf(records, "N"), std::to_string(at));
     }
