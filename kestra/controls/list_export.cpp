@@ -10,6 +10,7 @@
 #include <kestra/project/chantier.h>
 #include <kestra/text/current_date.h>
 #include <platform/machine.h>
+#include <platform/window/clipboard.h>
 
 // A list on paper and on the clipboard: the control feeds the listing functions and carries out what they
 // answer.
@@ -18,7 +19,6 @@ namespace {
 
 constexpr int selectedOnly = 1;
 constexpr int documentInText = 2;
-constexpr SIZE_T clipboardSlack = 10;
 
 /// The rows of a list while it is exported.
 class ListRows : public listing::Rows {
@@ -82,30 +82,6 @@ listing::PageValues pageValues() {
     return values;
 }
 
-/// The clipboard, open for a window while this lives.
-class OpenedClipboard {
-  public:
-    explicit OpenedClipboard(HWND owner) : m_open(::OpenClipboard(owner) != FALSE) {}
-    ~OpenedClipboard() {
-        if (m_open) ::CloseClipboard();
-    }
-    OpenedClipboard(const OpenedClipboard&) = delete;
-    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
-    explicit operator bool() const { return m_open; }
-
-    /// Hands over a text, ended by NUL.
-    void put(UINT format, std::string_view text) const {
-        const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, text.size() + clipboardSlack);
-        if (memory == nullptr) return;
-        text.copy(static_cast<char*>(::GlobalLock(memory)), text.size());
-        ::GlobalUnlock(memory);
-        if (::SetClipboardData(format, memory) == nullptr) ::GlobalFree(memory);
-    }
-
-  private:
-    bool m_open;
-};
-
 }  // namespace
 
 int CLraListCtrl::PrintToHtml(const char* fileName, int linesPerPage, CString& text, int flags) {
@@ -129,7 +105,7 @@ int CLraListCtrl::PrintToHtml(const char* fileName, int linesPerPage, CString& t
 
 int CLraListCtrl::CopyToClipBoard(int flags) {
     if (m_hWnd == nullptr) return 0;
-    const OpenedClipboard clipboard(m_hWnd);
+    const platform::OpenedClipboard clipboard(m_hWnd);
     if (!clipboard) return 0;
     ListRows rows(*this, flags);
     CString text;

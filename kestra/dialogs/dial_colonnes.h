@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include <platform/cstring.h>
 #include <platform/export.h>
 #include <platform/window/dialog.h>
 #include <platform/window/list_control.h>
@@ -10,11 +11,13 @@
 class CLraListCtrl;
 
 /// Column chooser of a list: its columns from a first one on, in the order of the screen, each with a check
-/// mark when it is shown. OK hides and shows them, Cancel changes nothing.
+/// mark when it is shown. "Monter" and "Descendre" move the selected one, "Toutes" and "Aucune" set all
+/// marks, "Largeur" is the width of the selected one. OK applies all of it, Cancel changes nothing.
 ///
 /// A column hidden here remembers its width and comes back with it, at least 10 pixels wide; columns whose
-/// mark is as it was keep their widths untouched. The list is not owned and may lose its window meanwhile:
-/// nothing is then changed.
+/// mark and width are as they were keep their widths untouched. Columns before the first one offered stay
+/// where they are on the screen. The list is not owned and may lose its window meanwhile: nothing is then
+/// changed; of columns that have gone meanwhile nothing is applied.
 class KESTRA_API CDialColonnes : public CDialog {
   public:
     /// `firstColumn` is the index of the first column offered; lower ones are fixed.
@@ -27,12 +30,30 @@ class KESTRA_API CDialColonnes : public CDialog {
     BOOL OnInitDialog() override;
     void OnOK() override;
     void DoDataExchange(CDataExchange* exchange) override;
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+    BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* result) override;
 
   private:
+    struct Choice {
+        int column;
+        CString caption;
+        int width;  // when shown
+        bool widthChanged = false;
+    };
+
     void addColumn(int column);
+    void checkAll(bool on);
+    void moveSelected(int step);
+    void select(int row);
+    int selected() const;
+    void showWidth();
+    void takeWidth();
+    void applyWidth(const Choice& choice, bool show);
+    void applyOrder();
 
     CLraListCtrl* m_list;
     int m_firstColumn;
-    CListCtrl m_choices;
-    std::vector<int> m_offered;  // column of each row of the choices
+    CListCtrl m_rows;
+    std::vector<Choice> m_choices;  // of each row
+    bool m_showing = false;         // the width, by this object
 };

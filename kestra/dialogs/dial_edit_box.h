@@ -22,10 +22,15 @@ class KESTRA_API CDialEditBox : public CDialog {
     bool (*m_accepte)(const CString& value, void* context) = nullptr;
     void* m_contexte = nullptr;  ///< handed to `m_accepte`
 
+    INT_PTR DoModal() override;
+
   protected:
     BOOL OnInitDialog() override;
     void OnOK() override;
     void DoDataExchange(CDataExchange* exchange) override;
+
+  private:
+    bool accepts(const CString& entered) const;
 };
 
 /// Lets the user edit `text` under a title and a label (null: those of `CDialEditBox`), at most `longest`

@@ -2,15 +2,12 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include <kestra/dialogs/message_box_layout.h>
 #include <kestra/dialogs/message_box_rules.h>
 #include <platform/cstring.h>
 #include <platform/export.h>
-#include <platform/window/controls.h>
 #include <platform/window/dialog.h>
 
 /// The extended message box: the style word of the system's (buttons, icon, default button, help) with extra
@@ -80,18 +77,28 @@ class KESTRA_API CMessageBoxDialog : public CDialog {
 
   protected:
     BOOL OnInitDialog() override;
-    void OnOK() override;
-    void OnCancel() override;
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    struct Parts;
     const std::string& answerName();
+    kestra::BoxExtents measure(HICON icon) const;
+    void createControls(const kestra::BoxLayout& layout, HICON icon);
+    void createScrolledMessage(const kestra::BoxPlace& place);
+    HWND createControl(const char* windowClass, const char* text, DWORD style, int id,
+                       const kestra::BoxPlace& place);
+    void placeOnScreen(const kestra::BoxSize& client);
+    void applyStyle();
+    void startCountDown();
     void onTimer();
     void holdControls(bool held);
+    void showCountDown();
+    void focusDefault();
+    void answer(int id);
+    bool hasButton(int id) const;
     void askForHelp();
     void copyToClipboard();
+    void drawMessage(const DRAWITEMSTRUCT& draw) const;
 
     std::uint32_t m_style;
     std::uint32_t m_helpId;
@@ -99,8 +106,8 @@ class KESTRA_API CMessageBoxDialog : public CDialog {
     kestra::BoxCountDown m_countDown;
     UINT_PTR m_timer = 0;
     std::string m_answerName;
-    kestra::BoxButtons m_buttons;
+    kestra::BoxButtons m_buttons = {};
     CString m_message;
     CString m_title;
-    std::unique_ptr<Parts> m_parts;  // the controls, while the box is shown
+    bool m_answered = false;
 };

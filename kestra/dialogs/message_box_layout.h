@@ -1,4 +1,7 @@
 #pragma once
+#include <array>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include <platform/export.h>
@@ -43,5 +46,11 @@ struct BoxLayout {
 /// Width at which a message is wrapped: 5/8 of the room, as far as the icon leaves it.
 KESTRA_API int widestMessage(const BoxExtents& extents);
 KESTRA_API BoxLayout layOutBox(const BoxExtents& extents);
+
+/// Widths of the characters of a font, in pixels, by their codes.
+using CharacterWidths = std::array<int, 256>;
+/// A text (lines end in LF or CR LF) in lines of at most `width`, each ended by CR LF but the last: broken
+/// behind a blank, or within a word that is wider. The time grows with the text only, whatever its lines are.
+KESTRA_API std::string wrappedLines(std::string_view text, int width, const CharacterWidths& widths);
 
 }  // namespace kestra

@@ -23,10 +23,10 @@ std::size_t dotOf(std::string_view name) {
 
 CFileDialog::CFileDialog(bool open, const char* extension, const char* fileName, DWORD flags,
                          const char* filter, CWnd* parent)
-    : m_open(open),
+    : m_path(fileName != nullptr ? fileName : ""),
+      m_open(open),
       m_extension(extension != nullptr ? extension : ""),
-      m_filter(systemFilter(filter)),
-      m_path(fileName != nullptr ? fileName : "") {
+      m_filter(systemFilter(filter)) {
     m_path.resize(pathRoom);
     m_path.back() = '\0';
     m_ofn.lStructSize = sizeof m_ofn;

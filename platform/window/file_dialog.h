@@ -31,9 +31,13 @@ class DORSEL_API CFileDialog {
     /// What the system is asked; may be changed before `DoModal`, except for the texts held here.
     OPENFILENAMEA m_ofn = {};
 
+  protected:
+    /// What the system fills: a whole path, or with OFN_ALLOWMULTISELECT a folder and names, each ended by
+    /// NUL. A derived class may make it longer before `DoModal`.
+    std::string m_path;
+
   private:
     bool m_open;
     std::string m_extension;
     std::string m_filter;
-    std::string m_path;
 };

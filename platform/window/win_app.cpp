@@ -25,6 +25,11 @@ AFX_MODULE_STATE* AfxGetAppModuleState() {
     return programState != nullptr ? programState : &bare;
 }
 
+CString AfxGetAppName() {
+    const CWinApp* const app = AfxGetAppModuleState()->m_pCurrentWinApp;
+    return app != nullptr ? app->m_pszAppName : programName();
+}
+
 CWinApp::CWinApp(const char* name, AFX_MODULE_STATE* state)
     : m_hInstance(state->m_hCurrentInstanceHandle),
       m_pszAppName(name != nullptr ? CString(name) : programName()),

@@ -69,6 +69,9 @@ class DORSEL_API CWinApp {
     int m_exitCode = 0;
 };
 
+/// Name of the program's application object; without one, of its file without folder and extension.
+DORSEL_API CString AfxGetAppName();
+
 /// Body of a program's WinMain: initialises the program's application object, runs it, and returns its exit
 /// code; -1 without an object or when the initialisation refuses (its `ExitInstance` is then called).
 DORSEL_API int AfxWinMain(HINSTANCE instance, HINSTANCE previous, char* commandLine, int show);

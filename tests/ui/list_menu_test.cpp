@@ -147,6 +147,39 @@ TEST_F(ListMenu, TheChooserShowsAndHides) {
     EXPECT_EQ(AnsweredChooser(&bare, 0, IDOK).DoModal(), IDOK) << "a list without a window";
 }
 
+TEST_F(ListMenu, TheChooserMovesAndSetsWidths) {
+    struct Worked : AnsweredChooser {
+        Worked(CLraListCtrl* list, int answer) : AnsweredChooser(list, 1, answer) {}
+        BOOL OnInitDialog() override {
+            const BOOL result = AnsweredChooser::OnInitDialog();
+            for (const int button :
+                 {IDC_COLONNES_MONTER, IDC_COLONNES_DESCENDRE, IDC_COLONNES_DESCENDRE, IDC_COLONNES_AUCUNE})
+                SendMessage(WM_COMMAND, static_cast<WPARAM>(button));
+            for (const char* width : {"5", "99999999999", "", "123"})
+                SetDlgItemText(IDC_COLONNES_LARGEUR, width);
+            if (toutes) SendMessage(WM_COMMAND, IDC_COLONNES_TOUTES);
+            return result;
+        }
+        bool toutes = true;
+    };
+    const auto order = [&] {
+        std::string all;
+        for (int place = 0; place < 5; ++place) all += std::to_string(list.m_HeaderCtrl.OrderToIndex(place));
+        return all;
+    };
+    Worked(&list, IDCANCEL).DoModal();
+    EXPECT_EQ(order(), "01234");
+    expectWidths({60, 60, 60, 60, 60});
+    Worked(&list, IDOK).DoModal();
+    EXPECT_EQ(order(), "02314") << "the first column offered went down two places";
+    expectWidths({60, 123, 60, 60, 60});
+    Worked none(&list, IDOK);
+    none.toutes = false;
+    none.DoModal();
+    EXPECT_EQ(order(), "03124");
+    expectWidths({60, -123, -123, -60, -60});
+}
+
 TEST_F(ListMenu, TheChooserOpensOnCaptionsAndBesideThemOnly) {
     static std::string caption;
     for (const auto& [flags, wanted] : {std::pair{LVHT_ONITEMLABEL, "Choisir les colonnes"},

@@ -1,0 +1,185 @@
+#include <gtest/gtest.h>
+#include <kestra/dialogs/message_box_layout.h>
+#include <kestra/dialogs/message_box_rules.h>
+
+#include <algorithm>
+#include <climits>
+#include <string>
+#include <vector>
+
+using namespace kestra;
+
+namespace {
+
+/// Ids, "*" behind the default's, "/" and the escape id when there is one.
+std::string described(const BoxButtons& buttons) {
+    std::string all;
+    for (const BoxButton& button : buttons.shown)
+        all += std::to_string(button.id) +
+               (static_cast<std::uint32_t>(button.id) == buttons.defaultId ? "* " : " ");
+    return buttons.escapeId != noEscape ? all + "/" + std::to_string(buttons.escapeId) : all;
+}
+
+TEST(MessageBoxRules, ButtonsDefaultAndEscapeOfEachStyle) {
+    constexpr std::uint32_t all = boxYesToAll | boxNoToAll;
+    const struct {
+        std::uint32_t style;
+        const char* buttons;
+    } cases[] = {{0, "1* /1"},
+                 {1, "1* 2 /2"},
+                 {2, "3* 4 5 "},
+                 {3, "6* 7 2 /2"},
+                 {3 | boxYesToAll, "6* 14 7 2 /2"},
+                 {3 | all, "6* 14 7 15 2 /2"},
+                 {4, "6* 7 "},
+                 {4 | boxNoToAll, "6* 7 15 "},
+                 {5, "4* 2 /2"},
+                 {6, "2* 10 11 /2"},
+                 {7, "11* 3 "},
+                 {8, "16* 17 2 /2"},
+                 {9, "5* 18 2 /2"},
+                 {10, "1* /1"},
+                 {15 | all, "1* /1"},
+                 {0x4000, "1* 9 /1"},
+                 {0x4104, "6 7* 9 "},
+                 {0x104, "6 7* "},
+                 {0x203, "6 7 2* /2"},
+                 {0x203 | boxYesToAll, "6 14 7* 2 /2"},
+                 {0x504 | 0x4000 | all, "6* 14 7 15 9 "},
+                 {0x503 | 0x4000 | all, "6 14 7 15 2 9* /2"},
+                 {0x204, "6* 7 "},
+                 {0xF03 | all, "6* 14 7 15 2 /2"},
+                 {0x601, "1* 2 /2"}};
+    for (const auto& each : cases)
+        EXPECT_EQ(described(buttonsOfStyle(each.style)), each.buttons) << each.style;
+    EXPECT_EQ(answerUnasked(buttonsOfStyle(3)), 2);
+    EXPECT_EQ(answerUnasked(buttonsOfStyle(4 | 0x4000 | all)), 7);
+    EXPECT_EQ(iconOfStyle(0x10) + iconOfStyle(0x40) - 2 * 32513, 3U);
+    EXPECT_EQ(iconOfStyle(0) + iconOfStyle(0x50), 0U);
+}
+
+TEST(MessageBoxRules, KeptTheFirstCharacterDoesNotCount) {
+    const struct {
+        std::uint32_t help;
+        std::string message;
+        const char* name;
+    } cases[] = {{57, "whatever", "57"},
+                 {0xFFFFFFFF, "", "4294967295"},
+                 {0, "", "0"},
+                 {0, "x", "0"},
+                 {0, "xAB", "197"},
+                 {0, "yAB", "197"},
+                 {0, "xBA", "196"},
+                 {0, "aé", "-23"},
+                 {0, std::string(100000, '\x7F'), "-661509808"}};
+    for (const auto& each : cases) EXPECT_EQ(rememberedName(each.help, each.message), each.name);
+}
+
+TEST(MessageBoxRules, CountDown) {
+    using Tick = BoxCountDown::Tick;
+    BoxCountDown count;
+    EXPECT_EQ(count.tick(), Tick::nothing);
+    for (const int disabled : {0, 1}) {
+        count.set(2, disabled);
+        EXPECT_EQ(count.holdsControls(), disabled != 0);
+        EXPECT_EQ(count.tick(), Tick::goesOn);
+        EXPECT_EQ(countDownText("&Ok", count.seconds()), "&Ok = 1");
+        EXPECT_EQ(count.tick(), disabled != 0 ? Tick::enables : Tick::ends);
+        EXPECT_FALSE(count.holdsControls());
+        EXPECT_EQ(count.tick(), Tick::nothing);
+    }
+    EXPECT_EQ(countDownText("&Ok", 0), "&Ok");
+    count.set(UINT_MAX, 0);
+    count.tick();
+    EXPECT_EQ(countDownText("100 %s", count.seconds()), "100 %s = 4294967294");
+}
+
+TEST(MessageBoxRules, Keys) {
+    constexpr unsigned tab = 9, enter = 13, escape = 27, controlBreak = 3;
+    for (const unsigned key : {tab, enter, escape, controlBreak}) {
+        EXPECT_EQ(boxKey(key, true, 2), BoxKey::swallowed);
+        const bool escapes = key == escape || key == controlBreak;
+        EXPECT_EQ(boxKey(key, false, 2), escapes ? BoxKey::escapes : BoxKey::passed);
+        EXPECT_EQ(boxKey(key, false, noEscape), escapes ? BoxKey::swallowed : BoxKey::passed);
+    }
+}
+
+/// What must hold whatever the box: all within the client area, nothing over anything else.
+void expectSound(const BoxExtents& extents, const BoxLayout& layout) {
+    std::vector<BoxPlace> parts = {layout.message};
+    if (extents.icon.width > 0) parts.push_back(layout.icon);
+    if (extents.checkMark.width > 0) parts.push_back(layout.checkMark);
+    parts.insert(parts.end(), layout.buttons.begin(), layout.buttons.end());
+    EXPECT_LE(layout.client.height, extents.room.height);
+    EXPECT_LE(layout.client.width, extents.room.width);
+    for (auto part = parts.begin(); part != parts.end(); ++part) {
+        EXPECT_TRUE(part->left > 0 && part->top > 0 && part->right() < layout.client.width &&
+                    part->bottom() < layout.client.height);
+        const bool overlaps = std::any_of(parts.begin(), part, [&](const BoxPlace& other) {
+            return other.left < part->right() && part->left < other.right() && other.top < part->bottom() &&
+                   part->top < other.bottom();
+        });
+        EXPECT_FALSE(overlaps);
+    }
+}
+
+TEST(MessageBoxLayout, HoldsForOneWordAndFortyLinesAtEachResolution) {
+    constexpr BoxSize units[] = {{6, 13}, {9, 20}, {12, 26}};  // 96, 144, 192 dots per inch
+    for (const BoxSize unit : units) {
+        const int scale = unit.width / 3;
+        for (const int lines : {1, 2, 40, 100000}) {
+            for (const int parts : {0, 1, 2, 3}) {
+                BoxExtents extents{unit, {1920, 1040}, {}, {}, {}, {}, 20 * scale, 8 * scale};
+                if ((parts & 1) != 0) extents.icon = {16 * scale, 16 * scale};
+                if ((parts & 2) != 0) extents.checkMark = {80 * scale, 8 * scale};
+                extents.buttons = {10 * scale, 38 * scale, 12 * scale, 40 * scale, 20 * scale, 15 * scale};
+                extents.message = {lines == 1 ? 20 * scale : widestMessage(extents), lines * unit.height};
+                SCOPED_TRACE(testing::Message() << unit.width << " " << lines << " lines, " << parts);
+                const BoxLayout layout = layOutBox(extents);
+                expectSound(extents, layout);
+                const bool fits = lines < 40 || (lines == 40 && unit.height == 13);
+                EXPECT_EQ(layout.scrolls, lines * unit.height > layout.message.height);
+                EXPECT_FALSE(fits && layout.scrolls);
+                EXPECT_TRUE(layout.scrolls || layout.message.width >= extents.message.width);
+                const int middle = layout.message.top + layout.message.height / 2;
+                if (lines == 1 && (parts & 1) != 0) {
+                    EXPECT_NEAR(middle, layout.icon.top + layout.icon.height / 2, 1);
+                }
+                for (const BoxPlace& button : layout.buttons) {
+                    EXPECT_EQ(button.width, layout.buttons[0].width);
+                    EXPECT_GE(button.width, 40 * scale + unit.width);
+                }
+            }
+        }
+    }
+}
+
+TEST(MessageBoxLayout, LinesAreWrapped) {
+    CharacterWidths widths;
+    widths.fill(1);
+    widths[static_cast<unsigned char>('W')] = 3;
+    const struct {
+        const char *text, *lines;
+    } cases[] = {{"", ""},
+                 {"court", "court"},
+                 {"a\nb\r\n\nc", "a\r\nb\r\n\r\nc"},
+                 {"un deux trois", "un deux \r\ntrois"},
+                 {"un deux     trois", "un deux     \r\ntrois"},
+                 {"abcdefghijklmnopqr", "abcdefgh\r\nijklmnop\r\nqr"},
+                 {"ab cdefghijklm", "ab \r\ncdefghij\r\nklm"},
+                 {"WWWWW", "WW\r\nWW\r\nW"},
+                 {"exactly8\nx", "exactly8\r\nx"}};
+    for (const auto& each : cases) EXPECT_EQ(wrappedLines(each.text, 8, widths), each.lines);
+    EXPECT_EQ(wrappedLines("abc", 0, widths), "a\r\nb\r\nc");
+    EXPECT_EQ(wrappedLines(std::string(100000, 'x'), 8, widths).size(), 100000U + 2 * (100000 / 8 - 1));
+}
+
+TEST(MessageBoxLayout, HoldsOnSmallScreens) {
+    BoxExtents extents{{6, 13}, {320, 200}, {32, 32}, {}, {160, 13}, {25, 75, 20, 80, 40, 30}, 5000, 16};
+    extents.message = {INT_MAX, INT_MAX};
+    expectSound(extents, layOutBox(extents));
+    extents = {{6, 13}, {900, 600}, {}, {}, {}, {}, 300, 16};
+    EXPECT_EQ(layOutBox(extents).client.width, 300) << "no message, no buttons: the title is read";
+}
+
+}  // namespace
