@@ -16,4 +16,9 @@ if [ ! -e "$WINEPREFIX/ready" ]; then
     wineserver -w
     touch "$WINEPREFIX/ready"
 fi
+# Debian's Wine looks for its own fonts (captions, arrows and check marks are characters of Marlett) in the prefix only.
+fonts="$WINEPREFIX/drive_c/windows/Fonts"
+if [ -e /usr/share/wine/fonts/marlett.ttf ] && [ ! -e "$fonts/marlett.ttf" ]; then
+    ln -sf /usr/share/wine/fonts/*.ttf "$fonts/"
+fi
 exec "$wine" "$@"

@@ -176,7 +176,7 @@ void DemoRun::openTable() {
 
 void DemoRun::sortTable() {
     TableList& list = m_window.m_table;
-    constexpr int height = 4;
+    constexpr int height = 5;  // behind the row header
     const RECT caption = list.GetHeaderCtrl()->GetItemRect(height);
     clickHeader(list, (caption.left + caption.right) / 2, 1);
     waitUntil([](DemoRun& run) { return run.m_window.m_table.m_ColSort == height + 1; }, patience);

@@ -12,8 +12,16 @@ class DemoRun {
     /// Runs all steps; 0 when each did what it should, else 1.
     int run(const char* project);
 
-  private:
+  protected:
     void report(bool good, const CString& line);
+    bool waitUntil(bool (*done)(DemoRun&), int milliseconds);
+
+    MainWindow& m_window;
+    std::string m_folder;
+    std::string m_report;
+    bool m_good = true;
+
+  private:
     void nameModules();
     void openProject(const char* project);
     void sortByClick();
@@ -26,12 +34,6 @@ class DemoRun {
     void printTable();
     /// Waits until somebody has taken the picture NAME.png.
     void waitForPicture(const char* name);
-    bool waitUntil(bool (*done)(DemoRun&), int milliseconds);
     void clickHeader(CLraListCtrl& list, int x, int clicks);
     bool isSorted(int column);
-
-    MainWindow& m_window;
-    std::string m_folder;
-    std::string m_report;
-    bool m_good = true;
 };

@@ -10,7 +10,8 @@ namespace {
 
 enum Command : UINT { openProject = 100, openDatabase, printList, copyList, quit };
 
-constexpr UINT listId = 1, tableId = 2;
+constexpr UINT listId = 1, tableId = 2, navigatorId = 3;
+constexpr int navigatorHeight = 24, navigatorWidth = 330;
 constexpr int linesPerPage = 60;
 constexpr RECT startPlace = {30, 25, 830, 505};
 
@@ -42,8 +43,10 @@ bool MainWindow::create() {
     if (!CreateEx(0, nullptr, "Kestra", WS_OVERLAPPEDWINDOW, startPlace, nullptr, makeMenu())) return false;
     constexpr DWORD style = WS_CHILD | LVS_REPORT | LVS_SHOWSELALWAYS;
     if (!m_list.Create(style | WS_VISIBLE, GetClientRect(), this, listId) ||
-        !m_table.Create(style, GetClientRect(), this, tableId))
+        !m_table.Create(style, GetClientRect(), this, tableId) ||
+        !m_navigator.Create(WS_CHILD, {0, 0, navigatorWidth, navigatorHeight}, this, navigatorId))
         return false;
+    m_table.LinkRecordButton(&m_navigator);
     m_font.reset(::CreateFontA(-13, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, ANSI_CHARSET, OUT_DEFAULT_PRECIS,
                                CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH, "Tahoma"));
     for (CLraListCtrl* list : {static_cast<CLraListCtrl*>(&m_list), static_cast<CLraListCtrl*>(&m_table)}) {
@@ -92,14 +95,28 @@ CLraListCtrl& MainWindow::shown() {
 void MainWindow::show(CLraListCtrl& list) {
     shown().ShowWindow(SW_HIDE);
     list.ShowWindow(SW_SHOW);
+    m_navigator.ShowWindow(&list == &m_table ? SW_SHOW : SW_HIDE);
+    placeLists();
     list.SetFocus();
+}
+
+void MainWindow::placeLists() {
+    CRect place = GetClientRect();
+    m_list.MoveWindow(place);
+    m_navigator.MoveWindow(
+        {place.left, place.bottom - navigatorHeight, place.left + navigatorWidth, place.bottom});
+    place.bottom -= navigatorHeight;
+    m_table.MoveWindow(place);
 }
 
 LRESULT MainWindow::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_SIZE:
-            m_list.MoveWindow(GetClientRect());
-            m_table.MoveWindow(GetClientRect());
+            placeLists();
+            break;
+        case WM_CLOSE:
+            // A row that cannot be saved keeps the window open.
+            if (m_table.UpdateEdit(CEditListCtrl::commitAll) == 0) return 0;
             break;
         case WM_SETFOCUS:
             shown().SetFocus();

@@ -1,6 +1,7 @@
 #pragma once
 #include <windows.h>
 
+#include <kestra/controls/record_button.h>
 #include <platform/window/handles.h>
 #include <platform/window/wnd.h>
 
@@ -21,6 +22,7 @@ class MainWindow : public CWnd {
 
     VariableList m_list;
     TableList m_table;
+    CRecordButton m_navigator;  ///< below the table
 
   protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -32,6 +34,7 @@ class MainWindow : public CWnd {
     /// The list that is shown.
     CLraListCtrl& shown();
     void show(CLraListCtrl& list);
+    void placeLists();
 
     platform::UniqueGdi<HFONT> m_font;
 };

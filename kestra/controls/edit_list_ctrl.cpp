@@ -186,7 +186,8 @@ void CEditListCtrl::MoveToRecord(int record) {
 }
 
 void CEditListCtrl::AddRecord() {
-    AddNew();
+    const Watch watch(*this);
+    if (AddNew() != 0 && !watch.gone()) SetFocus();
 }
 
 void CEditListCtrl::RecordButtonGone(CRecordButton& button) {

@@ -67,23 +67,28 @@ BOOL CWinApp::OnIdle(LONG) {
 BOOL CWinApp::PumpMessage() {
     MSG message;
     const BOOL got = ::GetMessageA(&message, nullptr, 0, 0);
-    if (got <= 0) {
-        if (got == 0) m_exitCode = static_cast<int>(message.wParam);
-        return FALSE;
+    return got >= 0 && dispatch(message);
+}
+
+BOOL CWinApp::PumpWaiting() {
+    // Not looked at first and then fetched: a key that a hook swallows would be waited for.
+    MSG message;
+    while (::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (!dispatch(message)) return FALSE;
+    }
+    return TRUE;
+}
+
+bool CWinApp::dispatch(MSG& message) {
+    if (message.message == WM_QUIT) {
+        m_exitCode = static_cast<int>(message.wParam);
+        return false;
     }
     if (!PreTranslateMessage(&message)) {
         ::TranslateMessage(&message);
         ::DispatchMessageA(&message);
     }
-    return TRUE;
-}
-
-BOOL CWinApp::PumpWaiting() {
-    MSG next;
-    while (::PeekMessageA(&next, nullptr, 0, 0, PM_NOREMOVE)) {
-        if (!PumpMessage()) return FALSE;
-    }
-    return TRUE;
+    return true;
 }
 
 BOOL CWinApp::PreTranslateMessage(MSG* message) {

@@ -61,6 +61,8 @@ class DORSEL_API CWinApp {
 
   private:
     std::string profilePath(const char* section) const;
+    /// False for WM_QUIT, whose code is noted.
+    bool dispatch(MSG& message);
 
     AFX_MODULE_STATE* m_state;
     CWinApp* m_before;

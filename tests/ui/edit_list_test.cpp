@@ -374,8 +374,10 @@ TEST_F(EditList, TheNavigatorShowsAndMovesTheRow) {
     EXPECT_EQ(navigator.Record(), 5);
     navigator.SendMessage(WM_COMMAND, CRecordButton::last);
     EXPECT_EQ(grid.current(), "19,1");
+    navigator.SetFocus();
     navigator.SendMessage(WM_COMMAND, CRecordButton::added);
     EXPECT_EQ(grid.GetItemCount(), 21);
+    EXPECT_EQ(::GetFocus(), grid.m_hWnd) << "a new record is there to be typed";
     {
         TestGrid other(parent);
         other.LinkRecordButton(&navigator);
