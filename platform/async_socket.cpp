@@ -61,18 +61,10 @@ int CSocket::Connect(const char* host, unsigned port) {
     if (CAsyncSocket::Connect(host, port) != 0) return 1;
     if (GetLastError() != platform::socketWouldBlock) return 0;
     const std::uint64_t limit = platform::startThreadTimer(platform::connectMilliseconds);
-    bool timeUp = false;
-    const auto connected = [&] {
-        return theSockets().wait(m_hSocket, platform::SocketEvent::writable, 0, false) ==
-               platform::SocketWait::ready;
-    };
-    while (!connected() && !timeUp) {
-        theSockets().wait(m_hSocket, platform::SocketEvent::writable, platform::untilThreadTimer(), true);
-        OnMessagePending();
-        timeUp = platform::takeThreadTimer(limit);
-    }
+    const bool answered = waitFor(platform::SocketEvent::writable, limit);
     platform::stopThreadTimer(limit);
-    const int error = connected() ? theSockets().connectError(m_hSocket) : platform::socketTimedOut;
+    if (!answered) return 0;
+    const int error = theSockets().connectError(m_hSocket);
     theSockets().setLastError(error);
     return error == 0 ? 1 : 0;
 }
@@ -112,23 +104,24 @@ int CSocket::OnMessagePending() {
     return platform::dispatchPaint() ? 1 : 0;
 }
 
-/// False, with a last error, when the call was cancelled or another one waits already.
-bool CSocket::waitFor(platform::SocketEvent event) {
+/// False, with a last error, when the call was cancelled, the timer `limit` (0: none) is due, or another call
+/// waits already.
+bool CSocket::waitFor(platform::SocketEvent event, std::uint64_t limit) {
     if (m_blocking != nullptr) {
         theSockets().setLastError(platform::socketInProgress);
         return false;
     }
-    bool blocking = true;
+    bool blocking = true, ready = false, timeUp = false;
     m_blocking = &blocking;
-    bool ready = false;
-    while (blocking && !ready) {
+    while (blocking && !ready && !timeUp) {
         // A timer that is due and belongs to nobody here must not keep the processor busy.
         const std::int64_t next = platform::untilThreadTimer();
         const auto outcome = theSockets().wait(m_hSocket, event, next == 0 ? 10 : next, true);
         ready = outcome == platform::SocketWait::ready;
         if (!ready) OnMessagePending();
+        timeUp = !ready && limit != 0 && platform::takeThreadTimer(limit);
     }
     m_blocking = nullptr;
-    if (!ready) theSockets().setLastError(platform::socketInterrupted);
+    if (!ready) theSockets().setLastError(timeUp ? platform::socketTimedOut : platform::socketInterrupted);
     return ready;
 }

@@ -44,7 +44,8 @@ class DORSEL_API CSocket : public CAsyncSocket {
     static const CRuntimeClass runtimeClass;
     const CRuntimeClass* GetRuntimeClass() const override { return &runtimeClass; }
 
-    /// Connects within ten seconds, and ten more for looking the name up; last error 10060 when it did not.
+    /// Connects within ten seconds, and ten more for looking the name up; last error 10060 when it did not,
+    /// 10004 when the call was cancelled.
     int Connect(const char* host, unsigned port) override;
     /// Sends all of it: `length`, or -1.
     int Send(const void* data, int length, int flags = 0);
@@ -59,7 +60,7 @@ class DORSEL_API CSocket : public CAsyncSocket {
     virtual int OnMessagePending();
 
   private:
-    bool waitFor(platform::SocketEvent event);
+    bool waitFor(platform::SocketEvent event, std::uint64_t limit = 0);
 
     bool* m_blocking = nullptr;  ///< of the call that waits: cleared to end it
 };

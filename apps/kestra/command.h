@@ -31,8 +31,12 @@ struct Command {
 };
 
 extern const Command convertCommand;
+extern const Command htmlCommand;
+extern const Command mailCommand;
 extern const Command projectionsCommand;
+extern const Command requestCommand;
 extern const Command sortCommand;
+extern const Command titleCommand;
 
 /// Runs the command that the arguments name, or the host's own `--help`; returns the exit code.
 int runHost(Arguments arguments, Terminal& terminal);

@@ -10,7 +10,7 @@
 #include <platform/files.h>
 #include <platform/standard_streams.h>
 
-#include "command.h"
+#include "options.h"
 
 namespace {
 
@@ -23,11 +23,13 @@ struct Request {
     kestra::PointLines::Options options;
 };
 
-bool readColumns(const char* text, std::array<int, 3>& columns) {
+bool readColumns(const std::string& text, std::array<int, 3>& columns) {
     int read = 0;
-    const int count = std::sscanf(text, "%d,%d%n,%d%n", &columns[0], &columns[1], &read, &columns[2], &read);
-    return count >= 2 && text[read] == '\0' && columns[0] > 0 && columns[1] > 0 && columns[2] >= 0 &&
-           columns[0] != columns[1] && columns[2] != columns[0] && columns[2] != columns[1];
+    const int count =
+        std::sscanf(text.c_str(), "%d,%d%n,%d%n", &columns[0], &columns[1], &read, &columns[2], &read);
+    return count >= 2 && static_cast<std::size_t>(read) == text.size() && columns[0] > 0 && columns[1] > 0 &&
+           columns[2] >= 0 && columns[0] != columns[1] && columns[2] != columns[0] &&
+           columns[2] != columns[1];
 }
 
 bool readSeparator(const std::string& text, char& separator) {
@@ -49,46 +51,27 @@ bool readDecimals(const std::string& text, int& decimals) {
     return true;
 }
 
-/// Takes one option with its value; false when either is wrong.
-bool takeOption(const std::string& option, const std::string& value, Request& request) {
-    struct {
-        const char* name;
-        std::string Request::*text;
-    } const texts[] = {{"--from", &Request::from},
-                       {"--to", &Request::to},
-                       {"--alti-from", &Request::altiFrom},
-                       {"--alti-to", &Request::altiTo},
-                       {"--output", &Request::output}};
-    for (const auto& row : texts) {
-        if (option != row.name) continue;
-        request.*row.text = value;
-        return true;
-    }
-    if (option == "--dz") return geodesy::readDecimal(value, request.dz);
-    if (option == "--columns") return readColumns(value.c_str(), request.options.columns);
-    if (option == "--separator") return readSeparator(value, request.options.separator);
-    if (option == "--decimals") return readDecimals(value, request.options.decimals);
-    return false;
-}
-
 /// Empty when the command line is sound.
-std::string readRequest(Arguments arguments, Request& request) {
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& word = arguments[i];
-        if (word == "--round-trip") {
-            request.options.roundTrip = true;
-        } else if (word.starts_with("--")) {
-            if (i + 1 == arguments.size()) return "valeur absente derrière « " + word + " »";
-            if (!takeOption(word, arguments[++i], request))
-                return "option ou valeur inconnue « " + word + " " + arguments[i] + " »";
-        } else if (request.file.empty()) {
-            request.file = word;
-        } else {
-            return "un seul fichier à la fois, « " + word + " » est de trop";
-        }
-    }
-    if (request.from.empty() || request.to.empty()) return "--from et --to sont nécessaires";
-    return request.file.empty() ? "il manque le fichier à convertir" : "";
+std::string readRequest(const Options& options, Request& request) {
+    if (!options.fault().empty()) return options.fault();
+    std::string wrong;
+    const auto read = [&](const char* option, const auto& reader, auto& value) {
+        if (options.has(option) && !reader(options.text(option), value))
+            wrong = "valeur incorrecte « " + options.text(option) + " » de « " + option + " »";
+    };
+    read("--dz", geodesy::readDecimal, request.dz);
+    read("--columns", readColumns, request.options.columns);
+    read("--separator", readSeparator, request.options.separator);
+    read("--decimals", readDecimals, request.options.decimals);
+    if (!wrong.empty()) return wrong;
+    request.from = options.text("--from");
+    request.to = options.text("--to");
+    request.altiFrom = options.text("--alti-from");
+    request.altiTo = options.text("--alti-to");
+    request.output = options.text("--output");
+    request.options.roundTrip = options.has("--round-trip");
+    request.file = options.word(0);
+    return request.from.empty() || request.to.empty() ? "--from et --to sont nécessaires" : "";
 }
 
 /// Where bytes come from, or go to: a file or the standard stream.
@@ -213,8 +196,12 @@ std::string reportOf(const kestra::PointLines& lines, const Request& request) {
 }
 
 int convert(Arguments arguments, Terminal& terminal) {
+    const Options options(arguments,
+                          {"--from", "--to", "--alti-from", "--alti-to", "--dz", "--columns", "--separator",
+                           "--decimals", "--output"},
+                          {"--round-trip"}, {"le fichier à convertir"});
     Request request;
-    if (const std::string fault = readRequest(arguments, request); !fault.empty())
+    if (const std::string fault = readRequest(options, request); !fault.empty())
         return refuseUsage(convertCommand, fault, terminal);
     kestra::CoordinateOperation heights;
     heights.altiFrom = kestra::gridOfChoice(request.altiFrom.c_str());

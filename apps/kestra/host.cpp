@@ -6,9 +6,8 @@ namespace {
 
 const Command* const commands[] = {
     // one command a line
-    &convertCommand,
-    &projectionsCommand,
-    &sortCommand,
+    &convertCommand, &htmlCommand, &mailCommand,  &projectionsCommand,
+    &requestCommand, &sortCommand, &titleCommand,
 };
 
 bool isHelp(std::string_view argument) {

@@ -2,36 +2,38 @@
 #include <initializer_list>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "commands.h"
+#include "command.h"
 
-namespace host {
-
-/// The words of a command line: options with a value ("--to ADRESSE"), options without ("--open") and the
-/// rest, as Windows-1252 texts. What follows "--" is never an option.
+/// The words of a command line, told apart: options with a value ("--to ADRESSE" or "--to=ADRESSE"), options
+/// without ("--open"), and the words that are no options, each of which has to be there. What follows "--" is
+/// never an option, nor is a "-" alone.
 class Options {
   public:
-    Options(const Arguments& arguments, std::initializer_list<const char*> withValue,
-            std::initializer_list<const char*> withoutValue);
+    using Names = std::initializer_list<std::string_view>;
 
-    /// What is wrong; empty when nothing is.
+    /// `words` name what the other words are, in their order, for the user: "le fichier à trier".
+    Options(Arguments arguments, Names withValue, Names withoutValue, Names words);
+
+    /// What is wrong, for `refuseUsage`; empty when nothing is.
     const std::string& fault() const { return m_fault; }
-    bool has(const std::string& option) const { return m_values.contains(option); }
-    /// The last value given, null for none.
-    const char* value(const std::string& option) const;
+
+    bool has(std::string_view option) const { return m_values.contains(option); }
+    /// The last value given; null, or an empty text, for none.
+    const char* value(std::string_view option) const;
+    std::string text(std::string_view option) const;
     /// All values given, joined by ';'.
-    std::string list(const std::string& option) const;
-    const std::vector<std::string>& rest() const { return m_rest; }
+    std::string list(std::string_view option) const;
+    /// One of the words that are no options; only without a fault.
+    const std::string& word(std::size_t index) const { return m_words[index]; }
 
   private:
-    std::map<std::string, std::vector<std::string>> m_values;
-    std::vector<std::string> m_rest;
+    /// Takes the option at `index`, and its value; the index of the last argument taken.
+    std::size_t takeOption(Arguments arguments, std::size_t index, Names withValue, Names withoutValue);
+
+    std::map<std::string, std::vector<std::string>, std::less<>> m_values;
+    std::vector<std::string> m_words;
     std::string m_fault;
 };
-
-/// Tells a fault and how the command is used; 2, the exit code for it.
-int wrongUsage(const std::string& command, const std::string& fault,
-               std::initializer_list<const char*> usage);
-
-}  // namespace host

@@ -1,38 +1,12 @@
 #include <kestra/containers/file_sort.h>
 #include <platform/files.h>
 
-#include "command.h"
+#include "options.h"
 
 namespace {
 
 /// Progress is shown for files above this size.
 constexpr std::int64_t largeFile = 50'000'000;
-
-struct SortArguments {
-    std::string file;
-    bool descending = false;
-    bool unique = false;
-};
-
-/// Empty when the arguments make sense, else what is wrong with them.
-std::string readArguments(Arguments arguments, SortArguments& wanted) {
-    bool options = true;
-    for (const std::string& argument : arguments) {
-        if (options && argument == "--")
-            options = false;
-        else if (options && argument == "--descending")
-            wanted.descending = true;
-        else if (options && argument == "--unique")
-            wanted.unique = true;
-        else if (options && argument.starts_with("-"))
-            return "option inconnue « " + argument + " »";
-        else if (!wanted.file.empty())
-            return "un seul fichier à la fois, « " + argument + " » est de trop";
-        else
-            wanted.file = argument;
-    }
-    return wanted.file.empty() ? "il manque le fichier à trier" : "";
-}
 
 /// The percentage of a sort on one line that is wiped out at the end.
 class ProgressLine {
@@ -82,14 +56,13 @@ int report(const std::string& file, const kestra::LineSortResult& result, Termin
 }
 
 int run(Arguments arguments, Terminal& terminal) {
-    SortArguments wanted;
-    if (const std::string wrong = readArguments(arguments, wanted); !wrong.empty())
-        return refuseUsage(sortCommand, wrong, terminal);
+    const Options options(arguments, {}, {"--descending", "--unique"}, {"le fichier à trier"});
+    if (!options.fault().empty()) return refuseUsage(sortCommand, options.fault(), terminal);
 
     kestra::LineSort request;
-    request.file = wanted.file.c_str();
-    request.descending = wanted.descending;
-    request.unique = wanted.unique;
+    request.file = options.word(0).c_str();
+    request.descending = options.has("--descending");
+    request.unique = options.has("--unique");
     std::string eliminated;
     request.eliminated = [&](std::string_view line) {
         eliminated += "Eliminé : " + std::string(line.substr(0, line.find_last_not_of('\r') + 1)) + '\n';
@@ -102,7 +75,7 @@ int run(Arguments arguments, Terminal& terminal) {
         result = kestra::sortLines(request);
     }
     if (!eliminated.empty()) terminal.output(eliminated);
-    return report(wanted.file, result, terminal);
+    return report(options.word(0), result, terminal);
 }
 
 }  // namespace

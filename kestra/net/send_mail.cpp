@@ -12,6 +12,7 @@
 #include <kestra/net/mail_account.h>
 #include <kestra/net/mail_message.h>
 #include <kestra/net/socket_x.h>
+#include <platform/application.h>
 #include <platform/clock.h>
 #include <platform/files.h>
 #include <platform/prompt.h>
@@ -30,7 +31,7 @@ class Dialogue {
     bool begin(const mail::Account& account);
     bool greet();
     bool hello(const mail::Account& account);
-    bool authenticate(const mail::Account& account);
+    bool authenticate(const mail::Account& account, bool safeLines);
     bool envelope(const mail::Message& message, bool bare);
     bool data();
     bool content(const mail::Message& message, bool safeLines);
@@ -42,7 +43,7 @@ class Dialogue {
     bool replied(const char* code, unsigned milliseconds = 0);
     bool readOn(CString& reply, unsigned milliseconds);
     void discardArrived();
-    bool credential(const std::string& text, const char* code);
+    bool credential(const std::string& text, const char* code, unsigned long flags);
     /// Text without an answer; small ones are gathered. False when the connection is broken.
     bool put(std::string_view text);
     bool flush();
@@ -110,16 +111,18 @@ bool Dialogue::hello(const mail::Account& account) {
     return step(account.login.empty() ? "HELO BREN\r\n" : "EHLO BREN\r\n", "250");
 }
 
-bool Dialogue::credential(const std::string& text, const char* code) {
+bool Dialogue::credential(const std::string& text, const char* code, unsigned long flags) {
     Base64Encoder encoder;
     const auto* bytes = reinterpret_cast<const unsigned char*>(text.c_str());
-    return step(encoder.Encode(bytes, 0, 0) + std::string("\r\n"), code);
+    return step(encoder.Encode(bytes, 0, flags) + std::string("\r\n"), code);
 }
 
-bool Dialogue::authenticate(const mail::Account& account) {
+bool Dialogue::authenticate(const mail::Account& account, bool safeLines) {
     if (account.login.empty() || !account.password) return true;
-    return step("AUTH LOGIN\r\n", "334") && credential(account.login, "334") &&
-           credential(*account.password, "235");
+    // Kept: a credential of 57 bytes or more goes out in several lines unless safe lines are asked for.
+    const unsigned long flags = safeLines ? Base64Encoder::noLineBreaks : 0;
+    return step("AUTH LOGIN\r\n", "334") && credential(account.login, "334", flags) &&
+           credential(*account.password, "235", flags);
 }
 
 bool Dialogue::envelope(const mail::Message& message, bool bare) {
@@ -168,6 +171,7 @@ bool Dialogue::attach(const std::string& path) {
 }
 
 bool Dialogue::content(const mail::Message& message, bool safeLines) {
+    discardArrived();
     put(mail::head(message, platform::theClock().now()));
     put(mail::bodyPart(message.body, safeLines));
     for (const std::string& path : message.attachments)
@@ -198,6 +202,7 @@ const char* orEmpty(const char* text) {
 int SendMailWith(unsigned options, const char* server, unsigned int port, const char* login,
                  const char* password, const char* sender, const char* recipients, const char* subject,
                  const char* body, const char* attachments) {
+    const AfxManageState state(AfxGetStaticModuleState());
     if (body == nullptr) return 0;
     const mail::Account account = mail::completed({server, port, sender, login, password});
     mail::Message message;
@@ -210,11 +215,11 @@ int SendMailWith(unsigned options, const char* server, unsigned int port, const 
     if (isRefused(message)) return 0;
 
     options |= account.options;
+    const bool safeLines = (options & mailSafeLines) != 0, bare = (options & mailBareEnvelope) != 0;
     Dialogue dialogue;
     const bool sent = dialogue.begin(account) && dialogue.greet() && dialogue.hello(account) &&
-                      dialogue.authenticate(account) &&
-                      dialogue.envelope(message, (options & mailBareEnvelope) != 0) && dialogue.data() &&
-                      dialogue.content(message, (options & mailSafeLines) != 0) && dialogue.finish();
+                      dialogue.authenticate(account, safeLines) && dialogue.envelope(message, bare) &&
+                      dialogue.data() && dialogue.content(message, safeLines) && dialogue.finish();
     return sent ? 1 : 0;
 }
 

@@ -13,25 +13,25 @@
 ///
 /// What differs from what a reader may expect:
 /// - the body goes out as it is, in the code page it has. A line of it that is a single "." ends the message
-/// for
-///   the server, and other lines lose a leading "."; a host that does not rule such lines out asks for
+///   for the server, and other lines lose a leading "."; a host that does not rule such lines out asks for
 ///   `mailSafeLines` (`SendMailWith`, or the account record). It is off unless asked for, because hosts of
 ///   the family protect their bodies themselves, and a dot doubled twice would reach the reader;
+/// - a login or password of 57 bytes or more goes out in several lines, which servers take for several
+///   answers; `mailSafeLines` sends it in one;
 /// - a name before an address goes into MAIL FROM and RCPT TO as well, which some servers refuse;
-/// `mailBareEnvelope`
-///   leaves it out there;
+///   `mailBareEnvelope` leaves it out there;
 /// - a list of recipients or attachments ends at its first empty piece: "a;;b" is "a";
 /// - an empty list of recipients is refused only when the message's head is made, after RCPT and DATA, with
-///   `CInvalidArgException`; nothing has been accepted by the server then.
+///   `CInvalidArgException`; nothing has been accepted by the server then;
+/// - of a reply longer than 256 bytes the first 256 count; what is left of it is passed over.
 ///
 /// Files are read in pieces: an attachment takes a fixed amount of memory whatever its size.
 /// For one thread; the call blocks it, windows of the thread go on painting themselves.
 
 /// Options of `SendMailWith`.
 enum MailOptions : unsigned {
-    /// Lines of the body reach the reader as they are: every line end becomes CR LF and a leading "." is
-    /// doubled
-    /// for the way.
+    /// Lines reach the other side as they are: every line end of the body becomes CR LF and a leading "." is
+    /// doubled for the way; login and password are one line each.
     mailSafeLines = 1,
     /// MAIL FROM and RCPT TO carry the address alone, without the name before it, as servers that hold to the
     /// standard's letter want them; the lines of the message keep the names.
@@ -57,8 +57,8 @@ extern "C" {
 ///
 /// A sender, recipient, subject or attachment that holds CR or LF, which could pass for a command or a
 /// header, and a null body are refused: 0, before anything is sent. Failures to begin with are told: "Init
-/// socket error" in a message box, "$G$Socket creation failed" and
-/// "$G$Could not connect to server" in the trace.
+/// socket error" in a message box, "$G$Socket creation failed" and "$G$Could not connect to server" in the
+/// trace.
 KESTRA_API int SendMail(const char* server, unsigned int port, const char* login, const char* password,
                         const char* sender, const char* recipients, const char* subject, const char* body,
                         const char* attachments);

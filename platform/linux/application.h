@@ -12,6 +12,11 @@ inline AFX_MODULE_STATE* AfxGetStaticModuleState() {
     return &state;
 }
 
+struct AfxManageState {
+    explicit AfxManageState(AFX_MODULE_STATE*) {}
+    ~AfxManageState() {}
+};
+
 /// Application object of a module; see `platform/window/win_app.h`.
 class CWinApp {
   public:

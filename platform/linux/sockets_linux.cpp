@@ -100,13 +100,20 @@ void keepUntilDone(std::unique_ptr<LookUp> lookUp) {
     if (lookUp != nullptr) givenUp.push_back(std::move(lookUp));
 }
 
+using Clock = std::chrono::steady_clock;
+
+/// At least 0.
+std::int64_t millisecondsUntil(Clock::time_point moment) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(moment - Clock::now()).count();
+    return std::max<std::int64_t>(left, 0);
+}
+
 bool finished(LookUp& lookUp, int milliseconds) {
-    using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
     const gaicb* requests[] = {&lookUp.request};
     while (::gai_error(&lookUp.request) == EAI_INPROGRESS) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
-        if (left <= 0) return false;
+        const std::int64_t left = millisecondsUntil(end);
+        if (left == 0) return false;
         const timespec time{left / 1000, left % 1000 * 1'000'000};
         ::gai_suspend(requests, 1, &time);
     }
@@ -174,9 +181,14 @@ class PosixSockets : public Sockets {
     SocketWait wait(SocketHandle socket, SocketEvent event, std::int64_t milliseconds, bool) override {
         pollfd entry{descriptor(socket),
                      static_cast<short>(event == SocketEvent::readable ? POLLIN : POLLOUT), 0};
-        const int ready =
-            ::poll(&entry, 1, static_cast<int>(std::clamp<std::int64_t>(milliseconds, -1, INT_MAX)));
-        return ready > 0 ? SocketWait::ready : SocketWait::timeUp;
+        const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
+        for (;;) {
+            const std::int64_t left = milliseconds < 0 ? -1 : millisecondsUntil(end);
+            const int ready = ::poll(&entry, 1, static_cast<int>(std::min<std::int64_t>(left, INT_MAX)));
+            if (ready > 0) return SocketWait::ready;
+            // A signal of the host's ends the system's wait, not this one.
+            if (ready == 0 || errno != EINTR) return SocketWait::timeUp;
+        }
     }
 
     int lastError() override { return t_lastError; }

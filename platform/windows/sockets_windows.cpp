@@ -20,7 +20,9 @@ namespace {
 
 /// A look-up of a name that runs beside its caller, who may give it up.
 struct LookUp {
-    explicit LookUp(const char* host) : name(host, host + std::char_traits<char>::length(host)) {
+    explicit LookUp(std::string_view host) : name(host.size(), L'\0') {
+        std::transform(host.begin(), host.end(), name.begin(),
+                       [](char c) { return static_cast<wchar_t>(static_cast<unsigned char>(c)); });
         hints.ai_family = AF_INET;
         hints.ai_socktype = SOCK_STREAM;
         overlapped.hEvent = done.get();
@@ -33,7 +35,8 @@ struct LookUp {
 
     /// 0 on success; WAIT_TIMEOUT when the time passed.
     int run(int milliseconds) {
-        const int started = ::GetAddrInfoExW(name.c_str(), nullptr, NS_DNS, nullptr, &hints, &result, nullptr,
+        // All name spaces: a computer of the local network need not be known to its DNS.
+        const int started = ::GetAddrInfoExW(name.c_str(), nullptr, NS_ALL, nullptr, &hints, &result, nullptr,
                                              &overlapped, nullptr, &cancel);
         if (started != WSA_IO_PENDING) return started;
         if (::WaitForSingleObject(done.get(), static_cast<DWORD>(milliseconds)) == WAIT_TIMEOUT)

@@ -1,8 +1,10 @@
 #pragma once
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include <platform/sockets.h>
 
@@ -23,7 +25,9 @@ class ScriptedSockets : public platform::Sockets {
     }
     int connect(platform::SocketHandle, std::uint32_t, unsigned port) override {
         connectedTo += ':' + std::to_string(port);
-        return 0;
+        if (!isSilent) return 0;
+        setLastError(platform::socketWouldBlock);
+        return -1;
     }
     int connectError(platform::SocketHandle) override { return 0; }
     int send(platform::SocketHandle, const void* data, int length, int) override {
@@ -46,13 +50,17 @@ class ScriptedSockets : public platform::Sockets {
         return static_cast<int>(reply.size());
     }
     platform::SocketWait wait(platform::SocketHandle, platform::SocketEvent, std::int64_t, bool) override {
+        if (isSilent) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            return platform::SocketWait::timeUp;
+        }
         m_asked = true;
         return platform::SocketWait::ready;
     }
     int lastError() override { return m_lastError; }
     void setLastError(int error) override { m_lastError = error; }
 
-    bool canOpen = true;
+    bool canOpen = true, isSilent = false;  ///< a silent one never connects
     std::string sent, connectedTo;
 
   private:

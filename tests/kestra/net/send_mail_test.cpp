@@ -9,14 +9,15 @@
 #include <kestra/net/mail_account.h>
 #include <kestra/net/mail_message.h>
 #include <kestra/net/send_mail.h>
+#include <kestra/net/socket_x.h>
 #include <platform/arrays.h>
 #include <platform/clock.h>
 #include <platform/faulty_files.h>
 #include <platform/locale_date.h>
-#include <platform/machine.h>
 #include <platform/replaceable.h>
 
 #include <tests/support/loopback_server.h>
+#include <tests/support/real_mail_server.h>
 #include <tests/support/scripted_sockets.h>
 #include <tests/support/temporary_folder.h>
 
@@ -51,33 +52,6 @@ class MailScript {
 
   private:
     LoopbackServer m_server;
-};
-
-/// The mail server that the tests run beside, and what it received.
-class RealServer {
-  public:
-    RealServer() {
-        const std::string port = platform::theMachine().environment("KESTRA_MAIL_PORT");
-        m_folder = platform::theMachine().environment("KESTRA_MAIL_FOLDER");
-        if (port.empty()) ADD_FAILURE() << "no mail server: run this through tools/with_mail_server.sh";
-        if (platform::theMachine().windowsNtVersion() > 0) m_folder = "Z:" + m_folder;
-        m_port = static_cast<unsigned>(std::atoi(port.c_str()));
-        while (platform::theFiles().kind((m_folder + "/" + std::to_string(m_count + 1) + ".txt").c_str()) ==
-               platform::FileKind::file)
-            ++m_count;
-    }
-    unsigned port() const { return m_port; }
-    /// A file of the next message: "txt", "eml", "0.part", ...
-    std::string next(const std::string& kind) const {
-        std::string content = "(nothing)";
-        platform::readWholeFile((m_folder + "/" + std::to_string(m_count + 1) + '.' + kind).c_str(), content);
-        return content;
-    }
-
-  private:
-    unsigned m_port = 0;
-    int m_count = 0;
-    std::string m_folder;
 };
 
 class OneMoment : public platform::Clock {
@@ -170,6 +144,15 @@ TEST(SendMail, RepliesOfManyLinesAndLongOnes) {
         MailScript script(replies);
         EXPECT_EQ(script.send(), 1) << hello.size();
     }
+    // An answer without end is not listened to for ever, and a greeting is waited for ten seconds.
+    for (const std::string& greeting : {"220-" + std::string(1'200'000, 'z'), std::string()}) {
+        LoopbackServer server([&](LoopbackServer::Client& client) {
+            client.write(greeting);
+            client.readUntil("never");
+        });
+        EXPECT_EQ(SendMail("127.0.0.1", server.port(), "", "", "a@b.fr", "c@d.fr", "", "", ""), 0);
+        EXPECT_EQ(CSocketX::GetLastError() == 10060, greeting.empty());
+    }
     EXPECT_TRUE(mail::goesOn("250-a\r\n250"));
     EXPECT_FALSE(mail::goesOn("250-a\r\n250 b\r\n"));
     EXPECT_FALSE(mail::goesOn("25"));
@@ -185,8 +168,23 @@ TEST(SendMail, WithoutLoginThereIsNoAuthentication) {
     EXPECT_EQ(refused.send("moi"), 0);
 }
 
+TEST(SendMail, KeptALongPasswordGoesOutInSeveralLines) {
+    const std::string password(60, 'p');
+    for (const auto& [options, breaks] : {std::pair{0u, 1}, std::pair{unsigned{mailSafeLines}, 0}}) {
+        ScriptedSockets sockets(
+            "220 \xFF"
+            "250 \xFF"
+            "334 \xFF"
+            "334 \xFF");
+        const platform::Replaced replaced(platform::replaceSockets, sockets);
+        SendMailWith(options, "serveur", 25, "moi", password.c_str(), "a@b.fr", "c@d.fr", "", "", "");
+        const std::string sent = sockets.sent.substr(sockets.sent.find("bW9p\r\n") + 6);
+        EXPECT_EQ(sent.substr(76, 8), breaks == 1 ? "\r\ncHBw\r\n" : "cHBw\r\nQU") << sent;
+    }
+}
+
 TEST(SendMail, ARealServerGetsWhatWasSent) {
-    const RealServer server;
+    const RealMailServer server;
     const TemporaryFolder folder;
     const std::string big = bytesOf(300'000), line = bytesOf(57), lines = bytesOf(57 * 1024 * 2);
     const std::string files = folder.write("grand.bin", big) + ';' + folder.write("ligne.bin", line) + ';' +
@@ -219,7 +217,7 @@ TEST(SendMail, ARealServerGetsWhatWasSent) {
 TEST(SendMail, SafeLinesReachTheReaderUnharmed) {
     const char body[] = ".cache\r\n.\r\n..deux\nligne\rfin";
     {
-        const RealServer server;
+        const RealMailServer server;
         EXPECT_EQ(SendMailWith(mailSafeLines, "127.0.0.1", server.port(), "", "", "a@b.fr", "c@d.fr", nullptr,
                                body, nullptr),
                   1);

@@ -8,9 +8,10 @@
 #include <dorsel/trace.h>
 #include <kestra/net/socket_x.h>
 #include <kestra/net/w_socket.h>
-#include <platform/thread_messages.h>
+#include <platform/replaceable.h>
 
 #include <tests/support/loopback_server.h>
+#include <tests/support/scripted_sockets.h>
 
 namespace {
 
@@ -122,6 +123,20 @@ TEST(SocketX, SendingIsTimedToo) {
     done = true;
 }
 
+TEST(SocketX, TheTimeOutEndsAConnectThatWaits) {
+    ScriptedSockets sockets("");
+    sockets.isSilent = true;
+    const platform::Replaced replaced(platform::replaceSockets, sockets);
+    CSocketX socket;
+    ASSERT_NE(socket.Create(), 0);
+    ASSERT_NE(socket.SetTimeOut(100), 0);
+    const auto start = Clock::now();
+    EXPECT_EQ(socket.Connect("poste", 25), 0);
+    EXPECT_EQ(CSocketX::GetLastError(), 10004);
+    EXPECT_LT(millisecondsSince(start), 5000);
+    EXPECT_EQ(socket.KillTimeOut(), 1);
+}
+
 TEST(SocketX, RefusedAndUnknownHosts) {
     unsigned port = 0;
     {
@@ -134,6 +149,7 @@ TEST(SocketX, RefusedAndUnknownHosts) {
     EXPECT_EQ(CSocketX::GetLastError(), 10061);
     const auto start = Clock::now();
     EXPECT_EQ(socket.Connect("no-such-host.invalid", 25), 0);
+    EXPECT_EQ(CSocketX::GetLastError(), 11001);
     EXPECT_LT(millisecondsSince(start), 12000);
     EXPECT_TRUE(socket.GetRuntimeClass()->IsDerivedFrom(CSocket::runtimeClass));
 }

@@ -1,21 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <apps/kestra/command.h>
 #include <platform/faulty_files.h>
 #include <platform/replaceable.h>
 
-#include "../../support/settings_folders.h"
-
-namespace {
-
-struct KeptTerminal : Terminal {
-    void output(std::string_view text) override { out += text; }
-    void error(std::string_view text) override { err += text; }
-    bool errorIsWatched() const override { return false; }
-    std::string out, err;
-};
-
-}  // namespace
+#include <tests/support/kept_terminal.h>
+#include <tests/support/settings_folders.h>
 
 TEST(ConvertCommand, LinesOfAnyLengthPassAsBytes) {
     const TemporaryFolder folder;
@@ -70,9 +59,9 @@ TEST(ConvertCommand, AnswersWithReportsAndExitCodes) {
         {{"--from", "L-IIE", "--to", "L-93"}, exitUsage, "il manque le fichier"},
         {{"--from", "L-IIE", "--to", "L-93", good, good}, exitUsage, "est de trop"},
         {{"--from", "L-IIE", "--to"}, exitUsage, "valeur absente"},
-        {{"--columns", "1,1", good}, exitUsage, "option ou valeur inconnue"},
-        {{"--decimals", "99", good}, exitUsage, "option ou valeur inconnue"},
-        {{"--separator", "ab", good}, exitUsage, "option ou valeur inconnue"},
+        {{"--columns", "1,1", good}, exitUsage, "valeur incorrecte « 1,1 » de « --columns »"},
+        {{"--decimals", "99", good}, exitUsage, "valeur incorrecte « 99 » de « --decimals »"},
+        {{"--separator", "ab", good}, exitUsage, "valeur incorrecte « ab » de « --separator »"},
     };
     int number = 0;
     for (const auto& c : cases) {

@@ -2,18 +2,10 @@
 
 #include <filesystem>
 
-#include <apps/kestra/command.h>
-#include "../../support/temporary_folder.h"
+#include <tests/support/kept_terminal.h>
+#include <tests/support/temporary_folder.h>
 
 namespace {
-
-class KeptTerminal : public Terminal {
-  public:
-    void output(std::string_view text) override { out += text; }
-    void error(std::string_view text) override { err += text; }
-    bool errorIsWatched() const override { return true; }
-    std::string out, err;
-};
 
 TEST(SortCommand, AnswersWithTextsAndExitCodes) {
     const TemporaryFolder folder;
