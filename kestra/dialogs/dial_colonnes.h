@@ -12,7 +12,7 @@ class CLraListCtrl;
 
 /// Column chooser of a list: its columns from a first one on, in the order of the screen, each with a check
 /// mark when it is shown. "Monter" and "Descendre" move the selected one, "Toutes" and "Aucune" set all
-/// marks, "Largeur" is the width of the selected one. OK applies all of it, Cancel changes nothing.
+/// marks, "Largeur" is the width of the selected one in pixels. OK applies all of it, Cancel changes nothing.
 ///
 /// A column hidden here remembers its width and comes back with it, at least 10 pixels wide; columns whose
 /// mark and width are as they were keep their widths untouched. Columns before the first one offered stay

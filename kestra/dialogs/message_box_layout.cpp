@@ -14,6 +14,7 @@ constexpr int buttonHeight = 14;
 constexpr int leastButton = 50;
 constexpr int buttonPadding = 12;  // both sides together
 constexpr int leastMessage = 20;
+constexpr int scrolledMargin = 8;  // of the field around its text
 
 class Layout {
   public:
@@ -57,7 +58,8 @@ class Layout {
         if (message.height > room) {
             m_layout.scrolls = true;
             message.height = room;
-            message.width = widestMessage() + m_extents.scrollBar;
+            message.width =
+                std::min(message.width + x(scrolledMargin), widestMessage()) + m_extents.scrollBar;
         }
         if (!hasIcon()) return;
         m_layout.icon = {x(margin), top, m_extents.icon.width, m_extents.icon.height};
