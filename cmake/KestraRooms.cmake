@@ -46,12 +46,9 @@ function(kestra_program_settings target)
 endfunction()
 
 function(kestra_static_program target)
-    target_link_libraries(${target} PRIVATE kestra_settings)
-    # Whole, as in the modules: some objects are there for what they register at start-up.
     get_property(rooms GLOBAL PROPERTY KESTRA_ALL_ROOMS)
-    foreach(room IN LISTS rooms)
-        target_link_libraries(${target} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,${room}>")
-    endforeach()
+    list(JOIN rooms "," group)
+    target_link_libraries(${target} PRIVATE kestra_settings "$<LINK_GROUP:RESCAN,${group}>")
 endfunction()
 
 function(kestra_room name)
