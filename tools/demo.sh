@@ -23,7 +23,7 @@ ln -sfn "$PWD/samples" build/wine-x11/dosdevices/s:
 
 # A desktop of Wine's own gives the window its frame; it ends with the host.
 start_host() {  # part of the demo
-    tools/wine.sh explorer /desktop=kestra,860x530 "$(windows_path "$PWD/build/windows/bin/kestra_demo.exe")" \
+    timeout 300 tools/wine.sh explorer /desktop=kestra,860x530 "$(windows_path "$PWD/build/windows/bin/kestra_demo.exe")" \
         "$1" 'S:\saint-alvere.cht' "$(windows_path "$PWD/out/")" &
     host=$!
     running+=("$host")

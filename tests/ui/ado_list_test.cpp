@@ -163,7 +163,7 @@ TEST_F(AdoList, ColumnsSortAsTheirFieldsAndTheRecordStaysCurrent) {
     EXPECT_EQ(list.SortColum(0), 1);
 }
 
-TEST_F(AdoList, TheSortExpressionIsKeptWithTheLayout) {
+TEST_F(AdoList, TheSortExpressionIsKeptAndItsLengthLeavesOutTheFinalNul) {
     list.SortColum("Z DESC");
     list.SetColumnWidth(height, -77);
     EXPECT_EQ(list.SaveHeadToReg(layout, nullptr), 5);
@@ -179,6 +179,9 @@ TEST_F(AdoList, TheSortExpressionIsKeptWithTheLayout) {
     HKEY key = nullptr;
     again.LoadHeadFromReg(nullptr, 7, &key);
     ASSERT_NE(key, nullptr);
+    DWORD kind = 0, length = 0;
+    registry.query(key, "ColSort", kind, nullptr, length);
+    EXPECT_EQ(length, 6u) << "Z DESC";
     const char damaged[] = "PAS DE CHAMP";
     platform::theRegistry().set(key, "ColSort", REG_SZ, damaged, sizeof damaged - 1);
     EXPECT_EQ(again.LoadHeadFromReg(nullptr, 7, &key), 5)
@@ -188,7 +191,7 @@ TEST_F(AdoList, TheSortExpressionIsKeptWithTheLayout) {
     again.m_RegName.Empty();
 }
 
-TEST_F(AdoList, TheComboKeepsItsSizeWithTheListsColumns) {
+TEST_F(AdoList, TheComboKeepsItsSizeUnderAMisspeltNameWithTheListsColumns) {
     CAdoComboBox combo;
     combo.Create(WS_CHILD | CBS_DROPDOWNLIST | WS_VSCROLL, {0, 0, 120, 150}, &parent, 81);
     EXPECT_EQ(combo.Fill(list.m_Recordset, "nom"), 4);
@@ -204,6 +207,9 @@ TEST_F(AdoList, TheComboKeepsItsSizeWithTheListsColumns) {
     combo.SetDroppedWidth(333);
     EXPECT_EQ(combo.SaveHeadToReg(nullptr, 1), 5);
     EXPECT_TRUE(list.m_RegName.IsEmpty());
+    platform::RegistryKey key;
+    key.open(HKEY_CURRENT_USER, "Software\\Kestra Essais\\CadoListCtrl\\Choix", KEY_READ);
+    EXPECT_TRUE(platform::readNumber(key.get(), "ComboHeigth"));
     combo.SetDroppedWidth(500);
     EXPECT_EQ(combo.LoadHeadFromReg(nullptr, 16 | 32 | 7), 5);
     EXPECT_EQ(combo.GetDroppedWidth(), 333);

@@ -329,22 +329,6 @@ TEST_F(EditList, RightClicksOpenTheMenuWhereItHasEntries) {
     EXPECT_EQ(each.printed, 601);
 }
 
-TEST_F(EditList, ClicksWithControlOrShiftLeaveTheCellAlone) {
-    grid.click(4, TestGrid::left);
-    EXPECT_EQ(grid.current(), "4,1");
-    BYTE keys[256] = {};
-    for (const int key : {VK_CONTROL, VK_SHIFT}) {
-        keys[key] = 0x80;
-        ::SetKeyboardState(keys);
-        grid.click(6, TestGrid::left);
-        EXPECT_EQ(grid.current(), "4,1");
-        keys[key] = 0;
-    }
-    ::SetKeyboardState(keys);
-    grid.click(static_cast<UINT>(NM_CLICK), -1, 0, {5, 290});
-    EXPECT_EQ(grid.current(), "-1,0") << "below the rows";
-}
-
 TEST_F(EditList, AColumnMayHaveAnEditorOfItsOwn) {
     auto* const combo = new CComboBox;
     combo->Create(WS_CHILD | CBS_DROPDOWNLIST | WS_VSCROLL, {0, 0, 80, 200}, &grid, 900);

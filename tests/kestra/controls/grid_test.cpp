@@ -11,60 +11,26 @@ using enum GridAction;
 /// A state in letters: g focus on the grid, e on the editor, t text column, b combo column, c check-box
 /// column, + editable, ^ Control, < caret at the start, > at the end, 1 one Escape before, s Shift, a Alt, o
 /// the list of choices is open, - no editors yet.
-GridKeyState stateOf(const char* letters) {
+GridKeyState stateOf(std::string_view letters) {
+    const auto has = [letters](char letter) { return letters.find(letter) != letters.npos; };
     GridKeyState state;
+    state.hasEditors = !has('-');
+    state.focusOnGrid = has('g');
+    state.focusOnEditor = has('e');
+    state.hasColumn = has('t') || has('b') || has('c');
+    state.columnStyle = has('b') ? comboColumn : has('c') ? checkBoxColumn : 0;
+    state.editing = has('+');
+    state.control = has('^');
+    state.shift = has('s');
+    state.alt = has('a');
+    state.listOpen = has('o');
+    state.caretAtStart = has('<');
+    state.caretAtEnd = has('>');
+    state.escapes = has('1');
     state.row = 5;
     state.column = 2;
     state.rowCount = 40;
     state.rowsPerPage = 8;
-    for (const char* letter = letters; *letter != '\0'; ++letter) {
-        switch (*letter) {
-            case 'g':
-                state.focusOnGrid = true;
-                break;
-            case 'e':
-                state.focusOnEditor = true;
-                break;
-            case 't':
-                state.hasColumn = true;
-                break;
-            case 'b':
-                state.hasColumn = true;
-                state.columnStyle = 2;
-                break;
-            case 'c':
-                state.hasColumn = true;
-                state.columnStyle = 3;
-                break;
-            case '+':
-                state.editing = true;
-                break;
-            case '^':
-                state.control = true;
-                break;
-            case '<':
-                state.caretAtStart = true;
-                break;
-            case '>':
-                state.caretAtEnd = true;
-                break;
-            case 's':
-                state.shift = true;
-                break;
-            case 'a':
-                state.alt = true;
-                break;
-            case 'o':
-                state.listOpen = true;
-                break;
-            case '1':
-                state.escapes = 1;
-                break;
-            default:
-                state.hasEditors = false;
-                break;
-        }
-    }
     return state;
 }
 
@@ -133,6 +99,10 @@ TEST(GridKeys, TheTable) {
         EXPECT_EQ(decision.column, each.column) << each.key << " " << each.state;
         EXPECT_EQ(decision.result, each.action == none ? 0 : each.key) << each.key << " " << each.state;
     }
+}
+
+TEST(GridKeys, ControlHomeLeadsToColumn1) {
+    EXPECT_EQ(decideGridKey(keyHome, stateOf("et+^")).column, 1);
 }
 
 TEST(GridKeys, RowsAreNotClampedBelowAndNeverAbove) {
