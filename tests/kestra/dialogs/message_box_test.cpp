@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <kestra/dialogs/message_box.h>
 #include <kestra/dialogs/message_box_layout.h>
 #include <kestra/dialogs/message_box_rules.h>
 
@@ -6,6 +7,9 @@
 #include <climits>
 #include <string>
 #include <vector>
+
+#include <platform/prompt.h>
+#include <platform/replaceable.h>
 
 using namespace kestra;
 
@@ -103,6 +107,30 @@ TEST(MessageBoxRules, Keys) {
         EXPECT_EQ(boxKey(key, false, noEscape), escapes ? BoxKey::swallowed : BoxKey::passed);
     }
 }
+
+#ifndef _WIN32
+TEST(MessageBoxPrompt, TheQuestionGoesThroughThePromptWhereThereAreNoWindows) {
+    struct Answering : platform::Prompt {
+        int answer = 0;
+        unsigned asked = 0;
+        platform::Answer ask(unsigned style, const char*, const char*) override {
+            asked = style;
+            return static_cast<platform::Answer>(answer);
+        }
+    } prompt;
+    const platform::Replaced inForce(platform::replacePrompt, prompt);
+    const struct {
+        unsigned style;
+        int answer, result;
+    } cases[] = {{3 | 0x20 | boxYesToAll, 7, 7}, {3, 1, 2}, {4, 2, 7}, {8, 1, 2}, {7, 1, 3}, {0, 99, 1}};
+    for (const auto& each : cases) {
+        prompt.answer = each.answer;
+        EXPECT_EQ(MyAfxMessageBox("Question ?", each.style, 0), each.result) << each.style;
+        EXPECT_EQ(prompt.asked, each.style & 0xFFFF);
+    }
+    EXPECT_EQ(MyAfxMessageBox(nullptr), 1);
+}
+#endif
 
 /// What must hold whatever the box: all within the client area, nothing over anything else.
 void expectSound(const BoxExtents& extents, const BoxLayout& layout) {
