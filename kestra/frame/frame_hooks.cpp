@@ -1,5 +1,7 @@
 #include "frame_hooks.h"
 
+#include <utility>
+
 namespace kestra {
 namespace {
 
@@ -16,8 +18,8 @@ const ProjectHooks* projectHooks() {
     return project;
 }
 
-void setTemporaryDatabase(TextFunction path) {
-    database = path;
+TextFunction setTemporaryDatabase(TextFunction path) {
+    return std::exchange(database, path);
 }
 
 const char* temporaryDatabase() {

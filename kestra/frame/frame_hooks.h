@@ -20,8 +20,9 @@ void setProjectHooks(const ProjectHooks& hooks);
 const ProjectHooks* projectHooks();
 
 /// Path of the temporary database file, empty for none; asked at the last exit. On exit from the process that
-/// is among the destructors of statics: what the function reads must outlive them.
-void setTemporaryDatabase(TextFunction path);
+/// is among the destructors of statics: what the function reads must outlive them. Returns what was
+/// registered.
+TextFunction setTemporaryDatabase(TextFunction path);
 /// Empty when nobody registered.
 const char* temporaryDatabase();
 

@@ -75,7 +75,7 @@ TEST(StartUp, OnlyTheFirstInitialisationAndTheLastExitDoTheOneTimeWork) {
     const SettingsFolders settings;
     settings.local("torel", "[general]\nCODSOC=Un\nDirCht=D:\\CHT\\\n[VORTLIN]\nPROJECTION=L-I  :\n");
     temporaryDatabase = settings.folder().write("temporaire.mdb", "x");
-    kestra::setTemporaryDatabase(&temporaryDatabasePath);
+    const kestra::TextFunction before = kestra::setTemporaryDatabase(&temporaryDatabasePath);
     const Cchantier readsTheSearchList;
     vfVar.society[0] = '\0';
 
@@ -96,6 +96,6 @@ TEST(StartUp, OnlyTheFirstInitialisationAndTheLastExitDoTheOneTimeWork) {
     app.ExitInstance();
     EXPECT_EQ(platform::theFiles().kind(temporaryDatabase.c_str()), platform::FileKind::missing);
     EXPECT_EQ(Cchantier::chemins_CHT, nullptr);
-    kestra::setTemporaryDatabase(nullptr);
+    kestra::setTemporaryDatabase(before);
     vfVar.society[0] = '\0';
 }
