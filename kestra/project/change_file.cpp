@@ -177,10 +177,9 @@ bool ChangeFile::apply(File& file, std::vector<Replacement> replacements) {
     if (!record) return false;
     if (record->changes.empty()) return true;
     if (!writeRecord(*record)) return false;
-    if (writeChanges(file, *record) && remove()) {
-        theFiles().syncFolder(m_name.c_str());
-        return true;
-    }
+    // Emptied before it goes: where a removed name stays until all have closed it, who waits finds no record.
+    if (writeChanges(file, *record) && m_file->truncate(0))
+        return remove() ? theFiles().syncFolder(m_name.c_str()) : m_file->sync();
     // The record is given up only once the file is as it was.
     m_ends = writeBack(file, *record);
     return false;

@@ -23,9 +23,9 @@ void forEachLine(platform::Stream& stream, const LineFilter& filter, const Visit
 WriteTurn::WriteTurn(Cchantier& project) : m_project(project) {
     if (m_project.Open() == nullptr) return;
     m_path = m_project.m_fp->path();
-    m_turn = ChangeFile::take(m_path);
-    // Another process may have written, or put another file in place, before the turn came.
+    // Another process may write, or put another file in place, before the turn comes.
     m_project.Close();
+    m_turn = ChangeFile::take(m_path);
     if (m_turn != nullptr)
         m_project.m_fp = platform::Stream::open(m_path.c_str(), platform::OpenMode::update);
 }
