@@ -6,9 +6,11 @@
 #include <platform/window/file_dialog.h>
 #include <platform/window/menu.h>
 
+#include "convert_points.h"
+
 namespace {
 
-enum Command : UINT { openProject = 100, openDatabase, printList, copyList, quit };
+enum Command : UINT { openProject = 100, openDatabase, printList, copyList, convertTable, quit };
 
 constexpr UINT listId = 1, tableId = 2, navigatorId = 3;
 constexpr int navigatorHeight = 24, navigatorWidth = 330;
@@ -28,6 +30,10 @@ HMENU makeMenu() {
     CMenu bar;
     bar.CreateMenu();
     bar.AppendMenu(MF_POPUP, reinterpret_cast<UINT_PTR>(file.Detach()), "&Fichier");
+    CMenu tools;
+    tools.CreatePopupMenu();
+    tools.AppendMenu(MF_STRING, convertTable, "&Convertir les points...");
+    bar.AppendMenu(MF_POPUP, reinterpret_cast<UINT_PTR>(tools.Detach()), "&Outils");
     return bar.Detach();
 }
 
@@ -82,6 +88,8 @@ int MainWindow::openTable(const char* database, const char* table) {
         AfxMessageBox("Table non trouvée", platform::iconExclamation);
         return count;
     }
+    m_connection = connection;
+    m_tableName = name;
     SetWindowText((name + " - Kestra").GetString());
     show(m_table);
     return count;
@@ -141,6 +149,9 @@ BOOL MainWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
         case copyList:
             shown().CopyToClipBoard(0);
             return TRUE;
+        case convertTable:
+            convert();
+            return TRUE;
         case quit:
             SendMessage(WM_CLOSE);
             return TRUE;
@@ -158,4 +169,21 @@ void MainWindow::chooseProject() {
 void MainWindow::print() {
     CString text;
     shown().PrintToHtml(nullptr, linesPerPage, text, 0);
+}
+
+void MainWindow::convert() {
+    if (!m_connection || m_table.UpdateEdit(CEditListCtrl::commitAll) == 0) return;
+    CDialProjections choice(this);
+    choice.m_texte = CString("Points de la table ") + m_tableName;
+    if (choice.Choose(3) != IDOK) return;
+    const PointConversion result = convertPoints(m_connection, m_tableName, choice);
+    CString message;
+    if (result.failedRow == 0)
+        message.Format("%d points convertis de %s en %s", result.converted, choice.m_projOrigine.GetString(),
+                       choice.m_projFinale.GetString());
+    else
+        message.Format("Ligne %d : point non converti ; la table est restée comme elle était",
+                       result.failedRow);
+    m_table.show(m_connection, m_tableName);
+    AfxMessageBox(message, result.failedRow == 0 ? platform::iconInformation : platform::iconExclamation);
 }

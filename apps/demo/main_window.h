@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <kestra/controls/record_button.h>
+#include <kestra/database/my_recordset_ptr.h>
 #include <platform/window/handles.h>
 #include <platform/window/wnd.h>
 
@@ -31,10 +32,14 @@ class MainWindow : public CWnd {
   private:
     void chooseProject();
     void print();
+    /// Lets the user choose projections and converts the points of the open table.
+    void convert();
     /// The list that is shown.
     CLraListCtrl& shown();
     void show(CLraListCtrl& list);
     void placeLists();
 
     platform::UniqueGdi<HFONT> m_font;
+    _ConnectionPtr m_connection;  ///< of the open table
+    CString m_tableName;
 };

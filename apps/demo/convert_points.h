@@ -1,0 +1,13 @@
+#pragma once
+#include <windows.h>
+
+#include <kestra/database/my_recordset_ptr.h>
+#include <kestra/dialogs/dial_projections.h>
+
+/// Converts the points of a table (fields X, Y and, where it is there, Z) as the dialog says; points without
+/// coordinates stay. All or none: the first point that cannot be converted or saved puts the others back.
+struct PointConversion {
+    int converted = 0;
+    int failedRow = 0;  ///< counted from 1; 0 when all went well
+};
+PointConversion convertPoints(const _ConnectionPtr& connection, const char* table, CDialProjections& choice);
