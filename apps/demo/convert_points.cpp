@@ -1,6 +1,15 @@
 #include "convert_points.h"
 
+#include <cmath>
+
 namespace {
+
+/// Metres to a tenth of a millimetre, degrees to as much.
+double rounded(double coordinate, const CtesProj& projection) {
+    const bool inDegrees = projection.Constants().kind == geodesy::ProjectionKind::geographic;
+    const double steps = inDegrees ? 1e9 : 1e4;
+    return std::round(coordinate * steps) / steps;
+}
 
 /// False when the record's point cannot be converted or saved.
 bool convertRecord(MyRecordsetPtr& records, bool hasHeight, CDialProjections& choice, int& converted) {
@@ -8,7 +17,9 @@ bool convertRecord(MyRecordsetPtr& records, bool hasHeight, CDialProjections& ch
     if (!records.GetValue("X", point[0]) || !records.GetValue("Y", point[1])) return true;
     const bool withHeight = hasHeight && records.GetValue("Z", point[2]);
     if (choice.Transform(point, point) == 0) return false;
-    if (!records.SetValue("X", point[0]) || !records.SetValue("Y", point[1])) return false;
+    if (!records.SetValue("X", rounded(point[0], *choice.m_pFinale)) ||
+        !records.SetValue("Y", rounded(point[1], *choice.m_pFinale)))
+        return false;
     if (withHeight && !records.SetValue("Z", point[2])) return false;
     ++converted;
     return records.Update(1) >= 0;
