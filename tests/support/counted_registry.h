@@ -1,4 +1,7 @@
 #pragma once
+#include <map>
+#include <string>
+
 #include <platform/replaceable.h>
 #include <platform/window/registry.h>
 
@@ -9,6 +12,7 @@ class CountedRegistry : public platform::Registry {
     int calls = 0;
     int allowed = 1 << 30;
     int openKeys = 0;
+    std::map<std::string, DWORD> written;  ///< sizes of the values that were set
 
     LSTATUS create(HKEY parent, const char* path, HKEY& key) override {
         return opened(pass() ? m_system.create(parent, path, key) : ERROR_ACCESS_DENIED);
@@ -28,6 +32,7 @@ class CountedRegistry : public platform::Registry {
         return pass() ? m_system.query(key, name, type, data, size) : ERROR_ACCESS_DENIED;
     }
     LSTATUS set(HKEY key, const char* name, DWORD type, const void* data, DWORD size) override {
+        written[name] = size;
         return pass() ? m_system.set(key, name, type, data, size) : ERROR_ACCESS_DENIED;
     }
     LSTATUS flush(HKEY key) override { return pass() ? m_system.flush(key) : ERROR_ACCESS_DENIED; }
