@@ -21,7 +21,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CString text;
     if (records.GetString(text, ';') != 2 || text.view() != ";A|" + first + "\xFF;B|" + second + "\xFF")
         std::abort();
-    const std::string packed = Database::PackRecord(fields->GetItem("A").get(), size % 8 | 3);
+    const std::string packed =
+        Database::PackRecord(records.m_pRecordset->GetFields()->GetItem("A").get(), size % 8 | 3);
     if (!packed.ends_with("A=" + first + '|')) std::abort();
     return 0;
 }
