@@ -321,9 +321,15 @@ void numbers() {
 
 }  // namespace
 
-/// Without arguments everything; with numbers only the collections of so many elements.
+/// Without arguments everything; with sizes only the collections of so many elements, with 0 the tables.
 int main(int count, char** sizes) {
-    for (int i = 1; i < count; ++i) collections(static_cast<std::size_t>(std::atol(sizes[i])));
+    for (int i = 1; i < count; ++i) {
+        const long size = std::atol(sizes[i]);
+        if (size > 0)
+            collections(static_cast<std::size_t>(size));
+        else
+            numbers();
+    }
     if (count > 1) return 0;
     collections(100'000);
     collections(1'000'000);
