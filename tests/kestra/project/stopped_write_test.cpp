@@ -71,6 +71,13 @@ class StoppedWrite : public testing::Test {
         EXPECT_TRUE(run(write)) << write.name;
         return readAfter();
     }
+    template <class Write>
+    void expectBeforeOrAfter(const Write& write, const std::string& after, bool done) {
+        const std::string now = readAfter();
+        EXPECT_TRUE(now == after || (now == content && !(done && write.tells)))
+            << write.name << ", after " << m_faulty.calls() << " calls:\n"
+            << now;
+    }
     MemoryFiles m_files;
     FaultyFiles m_faulty{m_files};
 };
@@ -87,10 +94,7 @@ TEST_F(StoppedWrite, LeavesTheFileBeforeOrAfterWhereverThePowerIsCut) {
                 stopped = m_faulty.stopped();
                 // Seed 0: the process alone stops; what it wrote is there.
                 if (seed > 0) m_files.cutPower(seed);
-                const std::string now = readAfter();
-                EXPECT_TRUE(now == after || (now == content && !(done && write.tells)))
-                    << write.name << ", " << n << ":\n"
-                    << now;
+                expectBeforeOrAfter(write, after, done);
             }
         }
     }
@@ -103,10 +107,7 @@ TEST_F(StoppedWrite, FailsClearlyAndLosesNothing) {
         for (long n = 1; n == 1 || !done || n < m_faulty.calls(); ++n) {
             m_faulty.failAtCall(n);
             done = run(write);
-            const std::string now = readAfter();
-            EXPECT_TRUE(now == after || (now == content && !(done && write.tells)))
-                << write.name << ", call " << n << ":\n"
-                << now;
+            expectBeforeOrAfter(write, after, done);
         }
         m_faulty.failAtCall(0);
         m_faulty.diskFull(true);
