@@ -51,10 +51,10 @@ class TriModel {
   private:
     const char* step(Bytes& bytes) {
         using Step = const char* (TriModel::*)(Bytes&);
-        constexpr Step steps[] = {&TriModel::insert,      &TriModel::insertRun, &TriModel::eraseRun,
-                                  &TriModel::find,        &TriModel::walk,      &TriModel::walkFrom,
-                                  &TriModel::findPointer, &TriModel::refuse,    &TriModel::strange,
-                                  &TriModel::clear,       &TriModel::rewind};
+        constexpr Step steps[] = {&TriModel::insert, &TriModel::insertRun, &TriModel::eraseRun,
+                                  &TriModel::find,   &TriModel::walk,      &TriModel::findPointer,
+                                  &TriModel::refuse, &TriModel::strange,   &TriModel::clear,
+                                  &TriModel::rewind};
         return (this->*steps[bytes.next(std::size(steps))])(bytes);
     }
 
@@ -139,11 +139,13 @@ class TriModel {
 
     const char* walk(Bytes& bytes) {
         const bool forward = bytes.next(2) != 0;
-        const int start = bytes.next(4);
-        void* const guards[] = {nullptr, CTri::FrontGuard(), CTri::EndGuard(), current()};
-        void* const from = guards[start];
+        void* const starts[] = {nullptr, CTri::FrontGuard(), CTri::EndGuard(), current(),
+                                held(bytes.next(256))};
+        const int start = bytes.next(std::size(starts));
+        void* const from = starts[start];
         const bool restart = from == (forward ? CTri::FrontGuard() : CTri::EndGuard());
         const bool notHeld = !restart && (start == 1 || start == 2);
+        if (start > 2 && from != nullptr) standAt(indexOf(static_cast<Item*>(from)));
         if (restart || (!notHeld && !m_positioned)) standAt(forward ? -1 : size());
         if (notHeld)
             m_hasCurrent = false;
@@ -154,14 +156,6 @@ class TriModel {
         return nullptr;
     }
 
-    const char* walkFrom(Bytes& bytes) {
-        const bool forward = bytes.next(2) != 0;
-        Item* const from = held(bytes.next(256));
-        if (from == nullptr) return nullptr;
-        standAt(std::clamp(indexOf(from) + (forward ? 1 : -1), -1, size()));
-        AGREE((forward ? m_tri.Next(from) : m_tri.Back(from)) == current());
-        return nullptr;
-    }
     int indexOf(Item* item) const {
         return static_cast<int>(std::find(m_order.begin(), m_order.end(), item) - m_order.begin());
     }

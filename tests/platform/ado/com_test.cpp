@@ -37,7 +37,7 @@ TEST(ComEngine, AConnectionKeepsItsPropertiesAndFailsAsAdoDoes) {
          {"", "Provider=Microsoft.ACE.OLEDB.12.0;Data Source=C:\\absent.mdb;", "Data Source=x"})
         EXPECT_LT(failureOf([&] { connection->Open(string); }), 0) << string;
     EXPECT_EQ(connection->GetState(), adStateClosed);
-    const _CatalogPtr catalog = createCatalog(Engine::com);
+    const auto catalog = createCatalog(Engine::com);
     EXPECT_LT(failureOf([&] { catalog->Create("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=C:\\x.mdb;"); }),
               0);
 }

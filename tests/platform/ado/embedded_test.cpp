@@ -11,33 +11,28 @@ using namespace ado20;
 TEST(EmbeddedConnection, OpensWhatIsADatabaseAndNothingElse) {
     const TemporaryFolder folder;
     newDatabase(folder.path("été d'or [1].mdb"), "CREATE TABLE T(A)");
-    folder.write("texte.mdb", std::string(5000, 'x'));
-    folder.write("vide.mdb", "");
     const std::string whole = folder.read("été d'or [1].mdb");
-    folder.write("entier.db", whole);
-    folder.write("coupe.mdb", whole.substr(0, whole.size() / 2));
-    folder.write("lien.udl", "[oledb]\r\nProvider=SQLite;Data Source=" + folder.path("entier.db") + "\r\n");
-    const struct {
-        std::string string;
-        HResult result;
-    } cases[] = {
+    const std::string entire = folder.write("entier.db", whole);
+    const std::string link =
+        folder.write("lien.udl", "[oledb]\r\nProvider=SQLite;Data Source=" + entire + "\r\n");
+    const std::pair<std::string, HResult> cases[] = {
         {fileString(folder.path("ÉTÉ d'or [1].MDB")), hrOk},
-        {"Provider =Microsoft.ACE.OLEDB.12.0;Data Source=" + folder.path("entier.db") + ";", hrOk},
-        {fileString(folder.path("vide.mdb")), hrOk},
+        {"Provider =Microsoft.ACE.OLEDB.12.0;Data Source=" + entire + ";", hrOk},
+        {fileString(folder.write("vide.mdb", "")), hrOk},
         {fileString(":memory:"), hrOk},
-        {fileString(folder.path("texte.mdb")), hrFail},
-        {fileString(folder.path("coupe.mdb")), hrFail},
+        {fileString(folder.write("texte.mdb", std::string(5000, 'x'))), hrFail},
+        {fileString(folder.write("coupe.mdb", whole.substr(0, whole.size() / 2))), hrFail},
         {fileString(folder.path("absent.mdb")), hrFail},
         {fileString(folder.folder()), hrFail},
         {"Provider=SQLite", hrFail},
         {"Provider=SQLOLEDB;Data Source=x", hrProviderNotFound},
-        {"File Name=" + folder.path("lien.udl"), hrOk},
+        {"File Name=" + link, hrOk},
         {"File Name=" + folder.path("absent.udl"), hrFail},
     };
     for (const auto& c : cases) {
         const _ConnectionPtr connection = createConnection(Engine::embedded);
-        EXPECT_EQ(failureOf([&] { connection->Open(c.string); }), c.result) << c.string;
-        EXPECT_EQ(connection->GetState(), c.result == hrOk ? adStateOpen : adStateClosed);
+        EXPECT_EQ(failureOf([&] { connection->Open(c.first); }), c.second) << c.first;
+        EXPECT_EQ(connection->GetState(), c.second == hrOk ? adStateOpen : adStateClosed);
     }
     EXPECT_EQ(platform::theFiles().kind(folder.path("absent.mdb").c_str()), platform::FileKind::missing);
     EXPECT_EQ(failureOf([&] { newDatabase(folder.path("vide.mdb"), ""); }), hrDatabaseExists);
