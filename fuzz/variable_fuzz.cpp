@@ -44,25 +44,13 @@ void apply(int operation, CVariable& variable, CVariable& other, Model& model, c
     if (operation >= 1 && operation <= 3) model.combine(operation, by);
     if (operation == 4) model = by;
     if (operation >= 5) model = {5, 0, model.shown()};
-    switch (operation) {
-        case 0:
-            variable.fAjoute(&other);
-            break;
-        case 1:
-            variable.fSubstract(&other);
-            break;
-        case 2:
-            variable.fMultiplie(&other);
-            break;
-        case 3:
-            variable.fDivise(&other);
-            break;
-        case 4:
-            variable.fSetValFrom(&other);
-            break;
-        default:
-            variable.ToCstring();
-    }
+    int (CVariable::*const operations[])(CVariable*) = {&CVariable::fAjoute, &CVariable::fSubstract,
+                                                        &CVariable::fMultiplie, &CVariable::fDivise,
+                                                        &CVariable::fSetValFrom};
+    if (operation < 5)
+        (variable.*operations[operation])(&other);
+    else
+        variable.ToCstring();
 }
 
 void require(bool holds) {

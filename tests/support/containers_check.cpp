@@ -50,32 +50,13 @@ class TriModel {
 
   private:
     const char* step(Bytes& bytes) {
-        switch (bytes.next(12)) {
-            case 0:
-                return insert(bytes.next(256), bytes.next(2), bytes.next(3) - 1);
-            case 1:
-                return insertRun(bytes.next(256), bytes.next(256), bytes.next(3) - 1);
-            case 2:
-                return eraseRun(bytes.next(256), bytes.next(256), 1 + bytes.next(9));
-            case 3:
-                return find(bytes.next(256), bytes.next(6) - 2);
-            case 4:
-                return walk(bytes.next(2) != 0, bytes.next(4));
-            case 5:
-                return walkFrom(bytes.next(2) != 0, bytes.next(256));
-            case 6:
-                return erase(bytes.next(256));
-            case 7:
-                return findPointer(bytes.next(256));
-            case 8:
-                return refuse(bytes.next(3));
-            case 9:
-                return strange(bytes.next(2) != 0);
-            case 10:
-                return eraseLoop(bytes.next(256));
-            default:
-                return bytes.next(32) == 0 ? clear() : rewind();
-        }
+        using Step = const char* (TriModel::*)(Bytes&);
+        // Runs are erased twice as often as inserted, so that collections stay small.
+        constexpr Step steps[] = {&TriModel::insert, &TriModel::insertRun, &TriModel::eraseRun,
+                                  &TriModel::find,   &TriModel::walk,      &TriModel::findPointer,
+                                  &TriModel::refuse, &TriModel::strange,   &TriModel::clear,
+                                  &TriModel::rewind, &TriModel::eraseRun};
+        return (this->*steps[bytes.next(std::size(steps))])(bytes);
     }
 
     const char* compare() {
@@ -103,6 +84,10 @@ class TriModel {
         return m_order.empty() ? nullptr : m_order[static_cast<std::size_t>(byte * size() / 256)];
     }
 
+    const char* insert(Bytes& bytes) {
+        const int key = bytes.next(256), unique = bytes.next(2);
+        return insert(key, unique, bytes.next(3) - 1);
+    }
     const char* insert(int key, int unique, int where) {
         m_items.push_back(std::make_unique<Item>(Item{key}));
         Item* const item = m_items.back().get();
@@ -115,7 +100,8 @@ class TriModel {
         return standAt(at), nullptr;
     }
 
-    const char* insertRun(int key, int count, int where) {
+    const char* insertRun(Bytes& bytes) {
+        const int key = bytes.next(256), count = bytes.next(256), where = bytes.next(3) - 1;
         for (int i = 0; i < count; ++i)
             if (const char* wrong = insert((key + (where == 0 ? i * 7 : where * i)) & 255, 0, where))
                 return wrong;
@@ -123,8 +109,9 @@ class TriModel {
     }
 
     /// Thins out a stretch, which leaves nodes that are nearly empty.
-    const char* eraseRun(int from, int count, int step) {
-        int at = from * size() / 256;
+    const char* eraseRun(Bytes& bytes) {
+        const int count = bytes.next(256), step = bytes.next(9);
+        int at = bytes.next(256) * size() / 256;
         for (int i = 0; i < count && at < size(); ++i, at += step)
             if (const char* wrong = eraseAt(at)) return wrong;
         return nullptr;
@@ -137,9 +124,9 @@ class TriModel {
         if (m_order.empty()) unposition();
         return nullptr;
     }
-    const char* erase(int byte) { return m_order.empty() ? nullptr : eraseAt(byte * size() / 256); }
 
-    const char* find(int key, int mode) {
+    const char* find(Bytes& bytes) {
+        const int key = bytes.next(256), mode = bytes.next(6) - 2;
         Item wanted{key};
         void* const found = m_tri.Find(&wanted, mode);
         if (m_order.empty()) return unposition(), found == nullptr ? nullptr : "Find in an empty collection";
@@ -151,11 +138,15 @@ class TriModel {
         return nullptr;
     }
 
-    const char* walk(bool forward, int start) {
-        void* const guards[] = {nullptr, CTri::FrontGuard(), CTri::EndGuard(), current()};
-        void* const from = guards[start];
+    const char* walk(Bytes& bytes) {
+        const bool forward = bytes.next(2) != 0;
+        void* const starts[] = {nullptr, CTri::FrontGuard(), CTri::EndGuard(), current(),
+                                held(bytes.next(256))};
+        const int start = bytes.next(std::size(starts));
+        void* const from = starts[start];
         const bool restart = from == (forward ? CTri::FrontGuard() : CTri::EndGuard());
         const bool notHeld = !restart && (start == 1 || start == 2);
+        if (start > 2 && from != nullptr) standAt(indexOf(static_cast<Item*>(from)));
         if (restart || (!notHeld && !m_positioned)) standAt(forward ? -1 : size());
         if (notHeld)
             m_hasCurrent = false;
@@ -166,56 +157,40 @@ class TriModel {
         return nullptr;
     }
 
-    const char* walkFrom(bool forward, int byte) {
-        Item* const from = held(byte);
-        if (from == nullptr) return nullptr;
-        standAt(std::clamp(indexOf(from) + (forward ? 1 : -1), -1, size()));
-        AGREE((forward ? m_tri.Next(from) : m_tri.Back(from)) == current());
-        return nullptr;
-    }
     int indexOf(Item* item) const {
         return static_cast<int>(std::find(m_order.begin(), m_order.end(), item) - m_order.begin());
     }
 
-    const char* findPointer(int byte) {
-        Item* const item = held(byte);
+    const char* findPointer(Bytes& bytes) {
+        Item* const item = held(bytes.next(256));
         if (item == nullptr) return nullptr;
         AGREE(m_tri.FindPtr(item) == item);
         return standAt(indexOf(item)), nullptr;
     }
 
-    const char* refuse(int which) {
-        void* const refused[] = {nullptr, CTri::FrontGuard(), CTri::EndGuard()};
-        AGREE(m_tri.Insert(refused[which], 0, 1) == nullptr);
-        AGREE(m_tri.Find(refused[which], 1) == nullptr);
-        AGREE(m_tri.Erase(refused[which]) == 0);
-        return nullptr;
-    }
-
-    /// An element equal to some that are held, but not held itself.
-    const char* strange(bool erase) {
-        Item stranger{m_order.empty() ? 0 : m_order.front()->key};
-        AGREE(erase ? m_tri.Erase(&stranger) == 0 : m_tri.Next(&stranger) == nullptr);
-        AGREE(m_tri.GetCurrent() == nullptr);
-        return rewind();
-    }
-
-    const char* eraseLoop(int count) {
-        m_tri.Rewind();
-        unposition();
-        for (int i = 0; i < count && !m_order.empty(); ++i) {
-            AGREE(m_tri.Next() == m_order.front());
-            if (const char* wrong = eraseAt(0)) return wrong;
+    const char* refuse(Bytes&) {
+        for (void* refused : {static_cast<void*>(nullptr), CTri::FrontGuard(), CTri::EndGuard()}) {
+            AGREE(m_tri.Insert(refused, 0, 1) == nullptr);
+            AGREE(m_tri.Find(refused, 1) == nullptr && m_tri.Erase(refused) == 0);
         }
         return nullptr;
     }
 
-    const char* clear() {
+    /// An element equal to some that are held, but not held itself.
+    const char* strange(Bytes& bytes) {
+        Item stranger{m_order.empty() ? 0 : m_order.front()->key};
+        AGREE(bytes.next(2) != 0 ? m_tri.Erase(&stranger) == 0 : m_tri.Next(&stranger) == nullptr);
+        AGREE(m_tri.GetCurrent() == nullptr);
+        return rewind(bytes);
+    }
+
+    const char* clear(Bytes& bytes) {
+        if (bytes.next(32) != 0) return nullptr;
         AGREE(m_tri.Clear() == size());
         m_order.clear();
         return unposition(), nullptr;
     }
-    const char* rewind() {
+    const char* rewind(Bytes&) {
         m_tri.Rewind();
         return unposition(), nullptr;
     }
@@ -266,46 +241,36 @@ class TableModel {
     }
 
     const char* step(Bytes& bytes) {
-        switch (bytes.next(8)) {
-            case 0:
-                return add(number(bytes), bytes.next(64), bytes.next(2));
-            case 1:
-                return addAnywhere(bytes.next(64));
-            case 2:
-                return erase(number(bytes));
-            case 3:
-                return walk(number(bytes));
-            case 4:
-                return find(bytes.next(64));
-            case 5:
-                return move(number(bytes), number(bytes));
-            case 6:
-                return rekey(number(bytes), bytes.next(64));
-            default:
-                return bytes.next(16) == 0 ? clear() : border(bytes.next(4));
-        }
+        using Step = const char* (TableModel::*)(Bytes&);
+        constexpr Step steps[] = {&TableModel::add,   &TableModel::addAnywhere, &TableModel::erase,
+                                  &TableModel::walk,  &TableModel::find,        &TableModel::move,
+                                  &TableModel::rekey, &TableModel::border,      &TableModel::clear};
+        return (this->*steps[bytes.next(std::size(steps))])(bytes);
     }
 
-    const char* add(int number, int key, int unique) {
-        auto* const element = new Counted(key);
-        AGREE(m_table.Add(number, element, unique, 1) == element);
-        AGREE(element->m_Numero == number && m_table.At(number) == element);
-        m_held[number] = element;
+    const char* add(Bytes& bytes) {
+        auto* const element = new Counted(bytes.next(64));
+        const int at = number(bytes);
+        AGREE(m_table.Add(at, element, bytes.next(2), 1) == element);
+        AGREE(element->m_Numero == at && m_table.At(at) == element);
+        m_held[at] = element;
         return nullptr;
     }
-    const char* addAnywhere(int key) {
-        auto* const element = new Counted(key);
+    const char* addAnywhere(Bytes& bytes) {
+        auto* const element = new Counted(bytes.next(64));
         AGREE(m_table.Add(-1, element) == element);
         AGREE(element->m_Numero >= 1 && m_held.count(element->m_Numero) == 0);
         m_held[element->m_Numero] = element;
         AGREE(m_held.count(m_table.iLibre(0)) == 0);
         return nullptr;
     }
+    const char* erase(Bytes& bytes) { return erase(number(bytes)); }
     const char* erase(int number) {
         AGREE(m_table.Erase(number) == (m_held.erase(number) == 1));
         return nullptr;
     }
-    const char* walk(int from) {
+    const char* walk(Bytes& bytes) {
+        const int from = number(bytes);
         long up = from, down = from;
         const auto above = m_held.upper_bound(from), at = m_held.lower_bound(from);
         AGREE(m_table.iNext(up) == (above != m_held.end() ? above->second : nullptr));
@@ -314,14 +279,16 @@ class TableModel {
         AGREE(down == (at != m_held.begin() ? std::prev(at)->first : CTbl::iBOF));
         return nullptr;
     }
-    const char* find(int key) {
+    const char* find(Bytes& bytes) {
+        const int key = bytes.next(64);
         auto wanted = std::make_unique<Counted>(key);
         auto* const found = static_cast<Counted*>(m_table.Find(wanted.get(), 0));
         AGREE(found == nullptr || (found->key == key && m_held[found->m_Numero] == found));
         AGREE(m_table.iFind(wanted.get(), 0) == (found != nullptr ? found->m_Numero : CTbl::iEOF));
         return nullptr;
     }
-    const char* move(int from, int to) {
+    const char* move(Bytes& bytes) {
+        const int from = number(bytes), to = number(bytes);
         const auto at = m_held.find(from);
         if (at == m_held.end()) return nullptr;
         Counted* const element = at->second;
@@ -332,18 +299,21 @@ class TableModel {
         return nullptr;
     }
     /// A key that changes behind the collection's back: its element must still go away for good.
-    const char* rekey(int number, int key) {
-        if (m_held.count(number) == 0) return nullptr;
-        m_held[number]->key = key;
-        return erase(number);
+    const char* rekey(Bytes& bytes) {
+        const auto at = m_held.find(number(bytes));
+        if (at == m_held.end()) return nullptr;
+        at->second->key = bytes.next(64);
+        return erase(at->first);
     }
-    const char* border(int which) {
-        constexpr int outside[] = {0x7FFFFFFE, 0x7FFFFFFF, -1, -2147483647};
-        if (which < 2) AGREE(m_table.Add(outside[which], new Counted(0)) == nullptr);
-        AGREE(m_table.At(outside[which]) == nullptr && !m_table.Erase(outside[which]));
+    const char* border(Bytes&) {
+        for (const int outside : {0x7FFFFFFE, 0x7FFFFFFF, -1, -2147483647}) {
+            if (outside > 0) AGREE(m_table.Add(outside, new Counted(0)) == nullptr);
+            AGREE(m_table.At(outside) == nullptr && !m_table.Erase(outside));
+        }
         return nullptr;
     }
-    const char* clear() {
+    const char* clear(Bytes& bytes) {
+        if (bytes.next(16) != 0) return nullptr;
         AGREE(m_table.Clear() == static_cast<int>(m_held.size()));
         m_held.clear();
         return nullptr;

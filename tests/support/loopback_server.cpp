@@ -10,6 +10,7 @@
 #include <winsock2.h>
 #include <ws2tcpip.h>
 using Length = int;
+constexpr int MSG_NOSIGNAL = 0;
 #else
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -38,6 +39,18 @@ bool readable(SOCKET socket, int milliseconds) {
     return WSAPoll(&entry, 1, milliseconds) > 0;
 }
 
+void receiveUntil(SOCKET socket, std::string_view end, auto&& take) {
+    std::string piece(262144, '\0'), last;
+    while (!last.ends_with(end) && readable(socket, longestWait)) {
+        const auto got = ::recv(socket, piece.data(), static_cast<Length>(piece.size()), 0);
+        if (got <= 0) return;
+        const std::string_view arrived(piece.data(), static_cast<std::size_t>(got));
+        take(arrived);
+        last += arrived.substr(arrived.size() - std::min(arrived.size(), end.size()));
+        last.erase(0, last.size() - std::min(last.size(), end.size()));
+    }
+}
+
 SOCKET listenAt(const char* address, unsigned port, unsigned& given) {
     const SOCKET listener = ::socket(AF_INET, SOCK_STREAM, 0);
     const int on = 1;
@@ -58,37 +71,19 @@ SOCKET listenAt(const char* address, unsigned port, unsigned& given) {
 
 std::string LoopbackServer::Client::readUntil(std::string_view end) {
     std::string text;
-    char piece[65536];
-    while (!text.ends_with(end) && readable(static_cast<SOCKET>(m_socket), longestWait)) {
-        const auto got = ::recv(static_cast<SOCKET>(m_socket), piece, sizeof piece, 0);
-        if (got <= 0) break;
-        text.append(piece, static_cast<std::size_t>(got));
-    }
+    receiveUntil(static_cast<SOCKET>(m_socket), end, [&](std::string_view arrived) { text += arrived; });
     m_received += text;
     return text;
 }
 
 void LoopbackServer::Client::skipUntil(std::string_view end) {
-    std::string piece(262144, '\0'), last;
-    while (!last.ends_with(end) && readable(static_cast<SOCKET>(m_socket), longestWait)) {
-        const auto got =
-            ::recv(static_cast<SOCKET>(m_socket), piece.data(), static_cast<Length>(piece.size()), 0);
-        if (got <= 0) return;
-        const std::string_view arrived(piece.data(), static_cast<std::size_t>(got));
-        last += arrived.substr(arrived.size() - std::min(arrived.size(), end.size()));
-        last.erase(0, last.size() - std::min(last.size(), end.size()));
-    }
+    receiveUntil(static_cast<SOCKET>(m_socket), end, [](std::string_view) {});
 }
 
 void LoopbackServer::Client::write(std::string_view bytes) {
     while (!bytes.empty()) {
-#ifdef _WIN32
-        const int flags = 0;
-#else
-        const int flags = MSG_NOSIGNAL;
-#endif
-        const auto put =
-            ::send(static_cast<SOCKET>(m_socket), bytes.data(), static_cast<Length>(bytes.size()), flags);
+        const auto put = ::send(static_cast<SOCKET>(m_socket), bytes.data(),
+                                static_cast<Length>(bytes.size()), MSG_NOSIGNAL);
         if (put <= 0) return;
         bytes.remove_prefix(static_cast<std::size_t>(put));
     }

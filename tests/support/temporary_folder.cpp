@@ -23,9 +23,9 @@ void removeFolder(const std::string& folder) {
 std::filesystem::path driveRoot() {
     // Never destroyed: it is removed at the very end, behind the static objects.
     static const auto& root = *new const std::filesystem::path([] {
-        auto path = std::filesystem::temp_directory_path() /
-                    ("kestra_drives_" + std::to_string(std::rand()) + "_" +
-                     std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
+        auto path =
+            std::filesystem::temp_directory_path() /
+            ("kestra_drives_" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
         std::filesystem::create_directories(path / "c");
         ::setenv("KESTRA_DRIVES", path.c_str(), 1);
         std::atexit([] { std::filesystem::remove_all(driveRoot()); });

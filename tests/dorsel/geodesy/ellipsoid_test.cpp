@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -11,6 +12,11 @@
 #include <dorsel/geodesy/reference_ellipsoids.h>
 
 namespace {
+
+void expectAt(const double point[2], const double expected[2], double within) {
+    EXPECT_NEAR(point[0], expected[0], within);
+    EXPECT_NEAR(point[1], expected[1], within);
+}
 
 const Ellipsoide rgf93(geodesy::grs80.radius, geodesy::grs80.eccentricity, 0, 0, 0);
 const Ellipsoide ntf(geodesy::clarke1880Ign.radius, geodesy::clarke1880Ign.eccentricity, -168, -60, 320);
@@ -59,11 +65,9 @@ TEST(Ellipsoid, DatumShiftsAreThoseOfTheNationalNote) {
     constexpr double lastDigit = 0.00006 / 3600;
     double point[3] = {before[0], before[1], before[2]};
     ASSERT_EQ(ntf.DatumShift(point, &rgf93), 1);
-    EXPECT_NEAR(point[0], byThree[0], lastDigit);
-    EXPECT_NEAR(point[1], byThree[1], lastDigit);
+    expectAt(point, byThree, lastDigit);
     ASSERT_EQ(rgf93.DatumShift(point, &ntf), 1);
-    EXPECT_NEAR(point[0], before[0], 3e-8);
-    EXPECT_NEAR(point[1], before[1], 3e-8);
+    expectAt(point, before, 3e-8);
 
     std::string fault;
     Ellipsoide withGrid = ntf;
@@ -71,25 +75,21 @@ TEST(Ellipsoid, DatumShiftsAreThoseOfTheNationalNote) {
     ASSERT_EQ(withGrid.gridState(), Ellipsoide::GridState::loaded) << fault;
     double gridded[3] = {before[0], before[1], before[2]};
     ASSERT_EQ(withGrid.DatumShift(gridded, &rgf93), 1);
-    EXPECT_NEAR(gridded[0], byGrid[0], lastDigit);
-    EXPECT_NEAR(gridded[1], byGrid[1], lastDigit);
+    expectAt(gridded, byGrid, lastDigit);
     double shift[3];
     ASSERT_TRUE(withGrid.grid()->parametersAt(gridded, shift));
-    EXPECT_NEAR(shift[0], -168.253, 0.0005);
-    EXPECT_NEAR(shift[1], -58.609, 0.0005);
+    expectAt(shift, std::array{-168.253, -58.609}.data(), 0.0005);
     EXPECT_NEAR(shift[2], 320.170, 0.0005);
     EXPECT_EQ(withGrid.grid()->accuracyAt(gridded), 0.10);
     ASSERT_EQ(rgf93.DatumShift(gridded, &withGrid), 1);
-    EXPECT_NEAR(gridded[0], before[0], 3e-8);
-    EXPECT_NEAR(gridded[1], before[1], 3e-8);
+    expectAt(gridded, before, 3e-8);
 
     // To a third datum the way leads through RGF93; outside the grid there is no way.
     const Ellipsoide other(geodesy::clarke1880Ign.radius, geodesy::clarke1880Ign.eccentricity, -160, -50,
                            300);
     double direct[3] = {byGrid[0], byGrid[1], 0}, through[3] = {before[0], before[1], 0};
     ASSERT_TRUE(rgf93.DatumShift(direct, &other) == 1 && withGrid.DatumShift(through, &other) == 1);
-    EXPECT_NEAR(through[0], direct[0], lastDigit);
-    EXPECT_NEAR(through[1], direct[1], lastDigit);
+    expectAt(through, direct, lastDigit);
     double outside[3] = {2.6, 48.85, 0};
     EXPECT_EQ(withGrid.DatumShift(outside, &rgf93), 0);
     EXPECT_EQ(rgf93.DatumShift(outside, &withGrid), 0);
@@ -105,8 +105,7 @@ TEST(Ellipsoid, ShiftsAgreeWithTheLongWayAtEveryHeight) {
                 for (int i = 0; i < 3; ++i) xyz[i] += ntf.shift(i);
                 ASSERT_TRUE(rgf93.toGeographic(xyz, expected));
                 ASSERT_EQ(ntf.DatumShift(point, &rgf93), 1);
-                EXPECT_NEAR(point[0], expected[0], 2e-13);
-                EXPECT_NEAR(point[1], expected[1], 1e-13);
+                expectAt(point, expected, 2e-13);
                 EXPECT_EQ(point[2], height);
             }
 }

@@ -77,41 +77,32 @@ TEST(HeightGrid, EveryFormGivesTheSameSurface) {
 TEST(HeightGrid, WhatIsNoWholeGridIsRefused) {
     const std::string whole = mnt(2, false, true), gra = "42 43 -1.5 1.5\n0.5 1\n";
     const std::string header = "-1.5 1.5 42 43 1 0.5 2 0 1 0 0. x\n", values = "1 2 3 4 5 6 7 8 9 10 11 12\n";
-    ASSERT_TRUE([&] {
-        std::string f;
-        return HeightGrid::parse(header + values, f).has_value();
-    }());
+    std::string fault;
+    ASSERT_TRUE(HeightGrid::parse(header + values, fault));
     const std::string texts[] = {
         "",
-        "\n\n",
-        "x",
         whole.substr(0, whole.size() / 2),
         whole + " 1",
-        header,
         header + "1 2 3 4 5 6 7 8 9 10 11",
         header + "1 2 3 4 5 6 7 8 9 10 11 nan",
         header + "1 2 3 4 5 6 7 8 9 10 11 x",
-        header + "1 2 3 4 5 6 7 8 9 10 11 inf",
         "-1.5 1.5 42 43 1 0.5 5 0 1 0 0. x\n" + values,
         "-1.5 1.5 42 43 1 0.5 2 0 2 0 0. x\n" + values,
         "-1.5 1.5 42 43 1 0.5 2 0 1 0 9. x\n" + values,
         "1.5 -1.5 42 43 1 0.5 2 0 1 0 0. x\n" + values,
         "-1.5 1.5 42 43 0 0.5 2 0 1 0 0. x\n" + values,
-        "-1.5 1.5 42 43 -1 0.5 2 0 1 0 0. x\n" + values,
         "-1.5 1.5 42 43 0.4 0.5 2 0 1 0 0. x\n" + values,
         "nan 1.5 42 43 1 0.5 2 0 1 0 0. x\n" + values,
         "-180 180 -90 90 0.0001 0.0001 2 0 1 0 0. x\n" + values,  // 6,480,000,000,000 nodes
         "-180 180 -90 90 0.05 0.05 2 0 1 0 0. x\n" + values,      // a hundred megabytes
-        gra,
         gra + "1 2 3",
         "42 43\n"};
     for (const std::string& text : texts) {
-        std::string fault;
+        fault.clear();
         EXPECT_FALSE(HeightGrid::parse(text, fault)) << text;
         EXPECT_FALSE(fault.empty()) << text;
     }
     // A cell with a corner that has no value has none.
-    std::string fault;
     const auto grid = HeightGrid::parse(gra + "9999 2 3 4 5 6 7 8 9 10 11 -9999", fault);
     double height = 0;
     ASSERT_TRUE(grid);
@@ -133,9 +124,9 @@ TEST(AltiConvert, GridsAreFoundOnceAndConvertBothWays) {
     const geodesy::HeightGrid* loaded = converter->grid();
     EXPECT_NEAR(converter->Convert(100, geo, 1), 100 + surface(0.5, 42.25), 1e-5);
     EXPECT_NEAR(converter->Convert(100, geo, 0), 100 - surface(0.5, 42.25), 1e-5);
-    EXPECT_TRUE(std::isnan(converter->Convert(100, std::array{9.0, 42.0}.data(), 1)));
-    EXPECT_TRUE(std::isnan(converter->Convert(NAN, geo, 0)));
-    EXPECT_TRUE(std::isnan(converter->Convert(1, nullptr, 0)));
+    for (const double none : {converter->Convert(100, std::array{9.0, 42.0}.data(), 1),
+                              converter->Convert(NAN, geo, 0), converter->Convert(1, nullptr, 0)})
+        EXPECT_TRUE(std::isnan(none));
     platform::theFiles().remove(folders.folder().path("network\\ini\\essai.mnt").c_str());
     EXPECT_EQ(converter->LoadGRID(), 1);
     EXPECT_EQ(converter->grid(), loaded);
@@ -146,8 +137,8 @@ TEST(AltiConvert, GridsAreFoundOnceAndConvertBothWays) {
     EXPECT_EQ(missing->fault(), "fichier introuvable");
     folders.folder().write("local\\absent.mnt", mnt(3, false, false));
     EXPECT_EQ(missing->LoadGRID(), 1);
-    EXPECT_EQ(AltiConvert::FindAltiConvert("", 1), nullptr);
-    EXPECT_EQ(AltiConvert::FindAltiConvert(nullptr, 1), nullptr);
+    for (const char* none : {"", static_cast<const char*>(nullptr)})
+        EXPECT_EQ(AltiConvert::FindAltiConvert(none, 1), nullptr);
 }
 
 TEST(DatumGrid, WhatIsNoWholeGridIsRefused) {

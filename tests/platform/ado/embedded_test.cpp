@@ -11,44 +11,31 @@ using namespace ado20;
 TEST(EmbeddedConnection, OpensWhatIsADatabaseAndNothingElse) {
     const TemporaryFolder folder;
     newDatabase(folder.path("été d'or [1].mdb"), "CREATE TABLE T(A)");
-    folder.write("texte.mdb", std::string(5000, 'x'));
-    folder.write("vide.mdb", "");
-    std::string cut = folder.read("été d'or [1].mdb");
-    folder.write("entier.db", cut);
-    cut.resize(cut.size() / 2);
-    folder.write("coupe.mdb", cut);
-    folder.write("lien.udl", "[oledb]\r\nProvider=SQLite;Data Source=" + folder.path("entier.db") + "\r\n");
-    const struct {
-        std::string string;
-        HResult result;
-    } cases[] = {
+    const std::string whole = folder.read("été d'or [1].mdb");
+    const std::string entire = folder.write("entier.db", whole);
+    const std::string link =
+        folder.write("lien.udl", "[oledb]\r\nProvider=SQLite;Data Source=" + entire + "\r\n");
+    const std::pair<std::string, HResult> cases[] = {
         {fileString(folder.path("ÉTÉ d'or [1].MDB")), hrOk},
-        {"Provider =Microsoft.ACE.OLEDB.12.0;Data Source=" + folder.path("entier.db") + ";", hrOk},
-        {fileString(folder.path("vide.mdb")), hrOk},
+        {"Provider =Microsoft.ACE.OLEDB.12.0;Data Source=" + entire + ";", hrOk},
+        {fileString(folder.write("vide.mdb", "")), hrOk},
         {fileString(":memory:"), hrOk},
-        {fileString(folder.path("texte.mdb")), hrFail},
-        {fileString(folder.path("coupe.mdb")), hrFail},
+        {fileString(folder.write("texte.mdb", std::string(5000, 'x'))), hrFail},
+        {fileString(folder.write("coupe.mdb", whole.substr(0, whole.size() / 2))), hrFail},
         {fileString(folder.path("absent.mdb")), hrFail},
         {fileString(folder.folder()), hrFail},
         {"Provider=SQLite", hrFail},
-        {"", hrFail},
-        {"File Name=" + folder.path("lien.udl"), hrOk},
+        {"Provider=SQLOLEDB;Data Source=x", hrProviderNotFound},
+        {"File Name=" + link, hrOk},
         {"File Name=" + folder.path("absent.udl"), hrFail},
     };
     for (const auto& c : cases) {
         const _ConnectionPtr connection = createConnection(Engine::embedded);
-        EXPECT_EQ(failureOf([&] { connection->Open(c.string); }), c.result) << c.string;
-        EXPECT_EQ(connection->GetState(), c.result == hrOk ? adStateOpen : adStateClosed);
-        EXPECT_EQ(connection->GetErrors().empty(),
-                  c.result == hrOk || c.string.find("Data") == std::string::npos)
-            << c.string;
+        EXPECT_EQ(failureOf([&] { connection->Open(c.first); }), c.second) << c.first;
+        EXPECT_EQ(connection->GetState(), c.second == hrOk ? adStateOpen : adStateClosed);
     }
     EXPECT_EQ(platform::theFiles().kind(folder.path("absent.mdb").c_str()), platform::FileKind::missing);
-    EXPECT_EQ(failureOf([&] { createConnection(Engine::embedded)->Open("Provider=SQLOLEDB;Data Source=x"); }),
-              hrProviderNotFound);
-    EXPECT_EQ(
-        failureOf([&] { createCatalog(Engine::embedded)->Create(fileString(folder.path("vide.mdb"))); }),
-        hrDatabaseExists);
+    EXPECT_EQ(failureOf([&] { newDatabase(folder.path("vide.mdb"), ""); }), hrDatabaseExists);
     EXPECT_EQ(failureOf([&] { _ConnectionPtr()->Close(); }), hrPointer);
 }
 
@@ -56,8 +43,7 @@ TEST(EmbeddedConnection, ReadOnlyStaysReadOnly) {
     const TemporaryFolder folder;
     const std::string path = folder.path("lecture.mdb");
     newDatabase(path, "CREATE TABLE T(A INTEGER); INSERT INTO T VALUES(1)")->Close();
-    const _ConnectionPtr connection = createConnection(Engine::embedded);
-    connection->Open(fileString(path, "Mode=ReadOnly;"));
+    const _ConnectionPtr connection = connected(fileString(path, "Mode=ReadOnly;"));
     EXPECT_EQ(connection->GetMode(), adModeRead);
     const _RecordsetPtr records = opened(connection, "T");
     EXPECT_EQ(records->GetLockType(), adLockReadOnly);
@@ -70,13 +56,6 @@ TEST(EmbeddedConnection, ReadOnlyStaysReadOnly) {
 TEST(EmbeddedConnection, TransactionsNestAndBatch) {
     const TemporaryFolder folder;
     const _ConnectionPtr connection = newDatabase(folder.path("lot.mdb"), "CREATE TABLE T(A INTEGER)");
-    const auto count = [&] {
-        return opened(connection, "SELECT count(*) AS N FROM T")
-            ->GetFields()
-            ->GetItem(0L)
-            ->GetValue()
-            .int32();
-    };
     EXPECT_EQ(failureOf([&] { connection->CommitTrans(); }), hrIllegalOperation);
     EXPECT_EQ(connection->BeginTrans(), 1);
     connection->Execute("INSERT INTO T VALUES(1)");
@@ -87,7 +66,6 @@ TEST(EmbeddedConnection, TransactionsNestAndBatch) {
     connection->Execute("INSERT INTO T VALUES(3)");
     connection->CommitTrans();
     connection->CommitTrans();
-    EXPECT_EQ(count(), 2);
     std::int64_t affected = 0;
     connection->BeginTrans();
     connection->Execute("UPDATE T SET A = 5; DELETE FROM T WHERE A = 5", &affected);
@@ -96,7 +74,8 @@ TEST(EmbeddedConnection, TransactionsNestAndBatch) {
     connection->Close();
     EXPECT_EQ(records->GetState(), adStateClosed);
     connection->Open(fileString(folder.path("lot.mdb")));
-    EXPECT_EQ(count(), 2) << "what was not committed is rolled back";
+    EXPECT_EQ(firstOf(connection, "SELECT group_concat(A) FROM T"), "1,3")
+        << "what was not committed is rolled back";
 }
 
 TEST(EmbeddedConnection, SchemaListsTablesAndViews) {
@@ -105,16 +84,17 @@ TEST(EmbeddedConnection, SchemaListsTablesAndViews) {
         folder.path("schema.mdb"),
         "CREATE TABLE [b \"x\"](A INTEGER PRIMARY KEY AUTOINCREMENT, B VARCHAR(7) NOT NULL); CREATE TABLE "
         "É(A); CREATE VIEW V AS SELECT * FROM É; CREATE VIEW W AS SELECT * FROM absent");
-    std::string seen;
-    for (_RecordsetPtr tables = connection->OpenSchema(adSchemaTables); !tables->GetEOF(); tables->MoveNext())
-        seen += textOf(tables, "TABLE_TYPE") + ":" + textOf(tables, "TABLE_NAME") + " ";
-    EXPECT_EQ(seen, "SYSTEM TABLE:sqlite_sequence TABLE:b \"x\" TABLE:É VIEW:V VIEW:W ");
-    seen.clear();
-    for (_RecordsetPtr columns = connection->OpenSchema(adSchemaColumns); !columns->GetEOF();
-         columns->MoveNext())
-        seen += textOf(columns, "COLUMN_NAME") + textOf(columns, "DATA_TYPE") +
-                textOf(columns, "CHARACTER_MAXIMUM_LENGTH") + " ";
-    EXPECT_EQ(seen, "A3null B2027 name203null seq203null A203null A203null ");
+    const auto listed = [&](SchemaEnum schema, std::initializer_list<const char*> fields) {
+        std::string all;
+        for (_RecordsetPtr rows = connection->OpenSchema(schema); !rows->GetEOF();
+             rows->MoveNext(), all += ' ')
+            for (const char* field : fields) all += ':' + textOf(rows, field);
+        return all;
+    };
+    EXPECT_EQ(listed(adSchemaTables, {"TABLE_TYPE", "TABLE_NAME"}),
+              ":SYSTEM TABLE:sqlite_sequence :TABLE:b \"x\" :TABLE:É :VIEW:V :VIEW:W ");
+    EXPECT_EQ(listed(adSchemaColumns, {"COLUMN_NAME", "DATA_TYPE", "CHARACTER_MAXIMUM_LENGTH"}),
+              ":A:3:null :B:202:7 :name:203:null :seq:203:null :A:203:null :A:203:null ");
     EXPECT_EQ(failureOf([&] { connection->OpenSchema(static_cast<SchemaEnum>(12)); }), hrFeatureNotAvailable);
 }
 
@@ -138,8 +118,6 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         {"[nom d'été \"x\"]", "1;a;", true},
         {"selectx", "3;", false},
         {"V", "1;1.5;", false},
-        {"SELECT * FROM V", "1;1.5;", false},
-        {"SELECT A FROM U", "7;", true},
         {"select B AS Z from u as q where q.A > 0 and z = 'z' order by z desc;", "z;", true},
         {"SELECT DISTINCT A FROM U", "7;", false},
         {"SELECT A, A + 1 FROM U", "7;8;", false},
@@ -147,17 +125,14 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         {"SELECT U.A, SelectX.A FROM U, SelectX", "7;3;", false},
         {"SELECT U.A FROM U JOIN SelectX ON 1", "7;", false},
         {"WITH c AS (SELECT A FROM U) SELECT * FROM c", "7;", false},
-        {"SELECT (SELECT A FROM U)", "7;", false},
         {"SELECT A FROM (SELECT A FROM U)", "7;", false},
         {"SELECT A FROM U LIMIT 1", "7;", false},
         {"SELECT A FROM U -- ' a comment\n WHERE A /* \" */ = 7", "7;", true},
-        {"VALUES (1, NULL, x'41')", "1;null;bytes;", false},
+        {"VALUES (1, NULL, x'41')", "1;null;1 bytes;", false},
         {"K", "5;6;", true},
         {"D", "9;", true},
         {"absent", "!80040e37", false},
         {"U; DROP TABLE U", "!80040e37", false},
-        {"SELECT * FROM absent", "!80040e37", false},
-        {"SELECT FROM", "!80040e14", false},
         {"SELECT 1; DROP TABLE U", "!80040e14", false},
         {"", "!80040e37", false},
     };
@@ -165,13 +140,7 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         std::string seen;
         try {
             const _RecordsetPtr records = opened(connection, c.source);
-            for (long i = 0; i < records->GetFields()->GetCount(); ++i) {
-                const Variant value = records->GetFields()->GetItem(i)->GetValue();
-                seen += (value.isNull()                   ? "null"
-                         : value.type() == VarType::bytes ? "bytes"
-                                                          : value.text()) +
-                        ";";
-            }
+            for (long i = 0; i < records->GetFields()->GetCount(); ++i) seen += textOf(records, i) + ";";
             EXPECT_EQ(records->Supports(adUpdate), c.writable) << c.source;
         } catch (const _com_error& error) {
             char text[16];
@@ -180,7 +149,7 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         }
         EXPECT_EQ(seen, c.first) << c.source;
     }
-    EXPECT_EQ(textOf(opened(connection, "U"), "A"), "7");
+    EXPECT_EQ(firstOf(connection, "SELECT A FROM U"), "7");
     EXPECT_EQ(failureOf([&] { opened(nullptr, "U"); }), hrInvalidConnection);
 }
 
@@ -208,46 +177,39 @@ TEST(EmbeddedRecordset, ColumnsHaveTheTypesTheyWereDeclaredWith) {
         {"VARCHAR(5)", adVarWChar, 5, "Œuvré", "8:Œuvré", "text:Œuvré"},
         {"TEXT", adLongVarWChar, 0x3FFFFFFF, 5, "8:5", "text:5"},
         {"MEMO", adLongVarWChar, 0x3FFFFFFF, "", "8:", "text:"},
-        {"BLOB", adLongVarBinary, 0x3FFFFFFF, Variant::bytes(std::string_view("a\0b", 3)), "8209:3",
-         "blob:a"},
-        {"VARBINARY(2)", adVarBinary, 2, Variant::bytes("ab"), "8209:2", "blob:ab"},
+        {"BLOB", adLongVarBinary, 0x3FFFFFFF, Variant::bytes({"a\0b", 3}), "8209:3 bytes", "blob:a"},
+        {"VARBINARY(2)", adVarBinary, 2, Variant::bytes("ab"), "8209:2 bytes", "blob:ab"},
         {"", adLongVarWChar, 0x3FFFFFFF, 1.5, "8:1.5", "text:1.5"},
-        {"POINTS INTEGER", adInteger, 4, Variant::null(), "1:", "null:"},
+        {"POINTS INTEGER", adInteger, 4, Variant::null(), "1:null", "null:"},
     };
     for (const auto& c : cases) {
-        const _ConnectionPtr connection = createConnection(Engine::embedded);
-        connection->Open(fileString(":memory:"));
-        connection->Execute("CREATE TABLE T(A " + std::string(c.declared) + ")");
+        SCOPED_TRACE(c.declared);
+        const _ConnectionPtr connection =
+            connected(fileString(":memory:"), "CREATE TABLE T(A " + std::string(c.declared) + ")");
         const _RecordsetPtr records = opened(connection, "T");
         const FieldPtr field = records->GetFields()->GetItem(0L);
-        EXPECT_EQ(field->GetType(), c.type) << c.declared;
-        EXPECT_EQ(field->GetDefinedSize(), c.size) << c.declared;
+        EXPECT_EQ(field->GetType(), c.type);
+        EXPECT_EQ(field->GetDefinedSize(), c.size);
         records->AddNew();
         field->PutValue(c.put);
         records->Update();
         const Variant value = field->GetValue();
-        const std::string shown = value.type() == VarType::bytes ? std::to_string(value.view().data.size())
-                                  : value.isNull()               ? ""
-                                                                 : value.text();
-        EXPECT_EQ(std::to_string(static_cast<int>(value.type())) + ":" + shown, c.got) << c.declared;
-        const _RecordsetPtr stored =
-            connection->Execute("SELECT typeof(A) || ':' || coalesce(CAST(A AS TEXT), '') AS S FROM T");
-        EXPECT_EQ(std::string(textOf(stored, "S").c_str()), c.stored) << c.declared;
+        EXPECT_EQ(std::to_string(static_cast<int>(value.type())) + ":" + shown(value), c.got);
+        EXPECT_STREQ(
+            firstOf(connection, "SELECT typeof(A) || ':' || coalesce(CAST(A AS TEXT), '') FROM T").c_str(),
+            c.stored);
     }
 }
 
 TEST(EmbeddedRecordset, ValuesThatAreNotOfTheirTypeComeAsTheyAre) {
-    const _ConnectionPtr connection = createConnection(Engine::embedded);
-    connection->Open(fileString(":memory:"));
-    connection->Execute(
+    const _ConnectionPtr connection = connected(
+        fileString(":memory:"),
         "CREATE TABLE T(I INTEGER, D DATE, B BOOLEAN); INSERT INTO T VALUES('abc', 'jamais', 'true'), (9e9, "
         "45418, 2), (1.5, 1e9, NULL), (x'00', '2024-05-06T07:08:09.5Z', 'x')");
     std::string seen;
     for (_RecordsetPtr r = opened(connection, "T"); !r->GetEOF(); r->MoveNext())
-        for (long i = 0; i < 3; ++i) {
-            const Variant value = r->GetFields()->GetItem(i)->GetValue();
-            seen += std::to_string(static_cast<int>(value.type())) + " ";
-        }
+        for (const char* field : {"I", "D", "B"})
+            seen += std::to_string(static_cast<int>(r->GetFields()->GetItem(field)->GetValue().type())) + " ";
     EXPECT_EQ(seen, "8 8 11 20 7 11 5 20 1 8209 7 8 ");
     EXPECT_EQ(failureOf([&] { put(opened(connection, "T"), "I", 3000000000LL); }), hrErrorsOccurred);
 }
@@ -258,8 +220,8 @@ TEST(EmbeddedRecordset, StandsStillWhileOthersWrite) {
         newDatabase(folder.path("deux.mdb"),
                     "CREATE TABLE T(A INTEGER PRIMARY KEY, B TEXT); WITH RECURSIVE n(i) AS (SELECT 1 UNION "
                     "ALL SELECT i + 1 FROM n WHERE i < 3000) INSERT INTO T SELECT i * 2, 'v' || i FROM n");
-    const _ConnectionPtr other = createConnection(Engine::embedded);
-    other->Open(fileString(folder.path("deux.mdb"), "Busy Timeout=50"));
+    const std::string impatient = fileString(folder.path("deux.mdb"), "Busy Timeout=50");
+    const _ConnectionPtr other = connected(impatient);
     const _RecordsetPtr records = opened(mine, "T");
     EXPECT_EQ(records->GetRecordCount(), 3000);
     other->Execute(
@@ -281,11 +243,10 @@ TEST(EmbeddedRecordset, StandsStillWhileOthersWrite) {
     other->BeginTrans();
     other->Execute("UPDATE T SET B = 'held'");
     mine->Close();
-    mine->Open(fileString(folder.path("deux.mdb"), "Busy Timeout=50"));
+    mine->Open(impatient);
     const _RecordsetPtr again = opened(mine, "T");
     put(again, "B", "mine");
     EXPECT_EQ(failureOf([&] { again->Update(); }), hrFail);
-    EXPECT_EQ(textOf(again, "B"), "mine");
     other->RollbackTrans();
     again->Update();
     EXPECT_EQ(textOf(again, "B"), "mine");
@@ -295,36 +256,27 @@ TEST(EmbeddedRecordset, StandsStillWhileOthersWrite) {
 }
 
 TEST(EmbeddedRecordset, ConstraintsAreToldByUpdate) {
-    const _ConnectionPtr connection = createConnection(Engine::embedded);
-    connection->Open(fileString(":memory:"));
-    connection->Execute(
+    const _ConnectionPtr connection = connected(
+        fileString(":memory:"),
         "CREATE TABLE T(ID INTEGER PRIMARY KEY, A TEXT NOT NULL UNIQUE); INSERT INTO T VALUES(5, 'a')");
     const _RecordsetPtr records = opened(connection, "T");
     records->AddNew();
     put(records, "A", "a");
-    try {
-        records->Update();
-        ADD_FAILURE();
-    } catch (const _com_error& error) {
-        EXPECT_EQ(error.Error(), hrIntegrityViolation);
-        EXPECT_EQ(error.Description(), "Violation d'une contrainte : UNIQUE constraint failed: T.A");
-        EXPECT_EQ(error.Source(), "SQLite");
-    }
+    EXPECT_EQ(failureOf([&] { records->Update(); }), hrIntegrityViolation);
+    EXPECT_EQ(connection->GetErrors().at(0).description,
+              "Violation d'une contrainte : UNIQUE constraint failed: T.A");
     EXPECT_EQ(records->GetEditMode(), adEditAdd);
     put(records, "A", "b");
     records->Update();
     EXPECT_EQ(textOf(records, "ID"), "6");
     put(records, "ID", 2);
     records->Update();
-    EXPECT_EQ(textOf(records, "ID") + textOf(records, "A"), "2b")
-        << "a record keeps its place when its key changes";
-    EXPECT_EQ(records->GetAbsolutePosition(), 2);
+    EXPECT_EQ(textOf(records, "ID") + textOf(records, "A"), "2b");
+    EXPECT_EQ(records->GetAbsolutePosition(), 2) << "a record keeps its place when its key changes";
 }
 
 TEST(EmbeddedRecordset, LargeTextsAndManyRecordsAreReadByPage) {
-    const _ConnectionPtr connection = createConnection(Engine::embedded);
-    connection->Open(fileString(":memory:"));
-    connection->Execute("CREATE TABLE T(N INTEGER, M MEMO)");
+    const _ConnectionPtr connection = connected(fileString(":memory:"), "CREATE TABLE T(N INTEGER, M MEMO)");
     const _RecordsetPtr records = opened(connection, "T");
     connection->BeginTrans();
     const std::string large = std::string(10 << 20, 'm') + "é";
@@ -336,13 +288,10 @@ TEST(EmbeddedRecordset, LargeTextsAndManyRecordsAreReadByPage) {
     }
     connection->CommitTrans();
     int walked = 0;
-    for (records->MoveFirst(); !records->GetEOF(); records->MoveNext(), ++walked) {
-        ASSERT_EQ(textOf(records, "N"), std::to_string(walked));
+    for (records->MoveFirst(); !records->GetEOF(); records->MoveNext(), ++walked)
         ASSERT_EQ(textOf(records, "M").size(),
                   walked == 7 ? large.size() : 1 + std::to_string(walked).size());
-    }
-    records->MoveLast();
-    for (; !records->GetBOF(); records->MovePrevious())
+    for (records->MoveLast(); !records->GetBOF(); records->MovePrevious())
         ASSERT_EQ(textOf(records, "N"), std::to_string(--walked));
     for (int i = 0, at = 0; i < 500; ++i, at = (at * 31 + 17) % 1500) {
         records->PutAbsolutePosition(at + 1);
@@ -356,8 +305,7 @@ TEST(EmbeddedRecordset, DamagedDatabasesFailOrAnswer) {
                 "PRAGMA page_size = 512; VACUUM; CREATE TABLE T(A INTEGER PRIMARY KEY, B TEXT, C BLOB); "
                 "CREATE INDEX I ON T(B);"
                 "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) INSERT INTO T "
-                "SELECT i, 'v' || "
-                "i, randomblob(i * 5 % 900) FROM n")
+                "SELECT i, 'v' || i, randomblob(i * 5 % 900) FROM n")
         ->Close();
     const std::string sound = folder.read("sain.mdb");
     std::mt19937 random(7);
@@ -367,10 +315,9 @@ TEST(EmbeddedRecordset, DamagedDatabasesFailOrAnswer) {
         for (int i = 0; i < 1 + round % 20; ++i)
             damaged[random() % damaged.size()] = static_cast<char>(random());
         if (round % 5 == 0) damaged.resize(random() % damaged.size());
-        const _ConnectionPtr connection = createConnection(Engine::embedded);
         const HResult failure = failureOf([&] {
-            connection->Open(fileString(folder.write("abime.mdb", damaged)));
-            const _RecordsetPtr records = opened(connection, "T");
+            const _RecordsetPtr records =
+                opened(connected(fileString(folder.write("abime.mdb", damaged))), "T");
             for (; !records->GetEOF(); records->MoveNext()) textOf(records, "B");
             records->PutSort("B DESC");
             records->AddNew();

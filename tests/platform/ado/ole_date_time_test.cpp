@@ -18,11 +18,9 @@ TEST(OleDateTime, SerialsAndFieldsAnswerEachOther) {
         const COleDateTime date(c.year, c.month, c.day, c.hour, c.minute, c.second);
         EXPECT_EQ(date.GetStatus(), COleDateTime::valid);
         EXPECT_NEAR(date, c.serial, 1e-9);
-        EXPECT_EQ(date.GetYear(), c.year);
-        EXPECT_EQ(date.GetMonth(), c.month);
-        EXPECT_EQ(date.GetDay(), c.day);
-        EXPECT_EQ(date.GetHour() * 3600 + date.GetMinute() * 60 + date.GetSecond(),
-                  c.hour * 3600 + c.minute * 60 + c.second);
+        EXPECT_EQ(COleDateTime(date.GetYear(), date.GetMonth(), date.GetDay(), date.GetHour(),
+                               date.GetMinute(), date.GetSecond()),
+                  date);
     }
     EXPECT_EQ(platform::dateOfSerial(45000 + 86399.6 / 86400).day, platform::dateOfSerial(45001).day);
 }

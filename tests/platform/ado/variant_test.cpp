@@ -3,158 +3,95 @@
 #include <cmath>
 #include <limits>
 
-#include <platform/ado/variant.h>
-#include <platform/ole_date_time.h>
+#include "engines.h"
 
 using namespace ado20;
 
 namespace {
 
-const double noon = platform::serialDate(2024, 5, 6, 12, 30, 0);
-
-std::string textOf(const Variant& value) {
+/// The text of a value that was changed to another type, or why it was not.
+std::string changed(const Variant& value, VarType type) {
     std::string text;
-    const HResult result = toText(value.view(), text);
+    const HResult result = failureOf([&] { text = value.changeType(type).text(); });
     return result == hrOk ? text : result == hrOverflow ? "overflow" : "mismatch";
 }
 
 }  // namespace
 
-TEST(Variant, BecomesText) {
-    const struct {
-        Variant value;
-        const char* text;
-    } cases[] = {
-        {12, "12"},
-        {-7LL, "-7"},
-        {1.5, "1.5"},
-        {0.1 + 0.2, "0.3"},
-        {1e20, "1E+20"},
-        {Variant::real4(0.1f), "0.1"},
-        {true, "-1"},
-        {false, "0"},
-        {"é|", "é|"},
-        {Variant::currency(-12345), "-1.2345"},
-        {Variant::currency(20000), "2"},
-        {Variant::currency(INT64_MIN), "-922337203685477.5808"},
-        {Variant::decimal({1500, 0, 3, true}), "-1.5"},
-        {Variant::decimal({0, 1, 0, false}), "18446744073709551616"},
-        {Variant::decimal({5, 0, 4, false}), "0.0005"},
-        {Variant::date(noon), "06/05/2024 12:30:00"},
-        {Variant::date(std::floor(noon)), "06/05/2024"},
-        {Variant::date(0.25), "06:00:00"},
-        {Variant::date(0), "00:00:00"},
-        {Variant::date(-1.25), "29/12/1899 06:00:00"},
-        {Variant::date(1e9), "overflow"},
-        {Variant::null(), "mismatch"},
-        {Variant(), "mismatch"},
-        {Variant::bytes("ab"), "mismatch"},
-    };
-    for (const auto& c : cases) EXPECT_EQ(textOf(c.value), c.text);
-}
-
-TEST(Variant, TextBecomesANumberOnlyWhenAllOfItIsOne) {
-    const struct {
-        const char* text;
-        HResult result;
-        double real;
-    } cases[] = {
-        {" 12 ", hrOk, 12},           {"1.5", hrOk, 1.5},         {"1,5", hrOk, 1.5},
-        {"-1e3", hrOk, -1000},        {"+.5", hrOk, 0.5},         {"1e-400", hrOk, 0},
-        {"", hrTypeMismatch, 0},      {"12x", hrTypeMismatch, 0}, {"1.2.3", hrTypeMismatch, 0},
-        {"--1", hrTypeMismatch, 0},   {"inf", hrTypeMismatch, 0}, {"0x10", hrTypeMismatch, 0},
-        {"1,2,3", hrTypeMismatch, 0}, {"1e400", hrOverflow, 0},   {".", hrTypeMismatch, 0},
-    };
-    for (const auto& c : cases) {
-        double real = 0;
-        EXPECT_EQ(toReal(Variant(c.text).view(), real), c.result) << c.text;
-        EXPECT_EQ(real, c.result == hrOk ? c.real : 0) << c.text;
-    }
-}
-
-TEST(Variant, BecomesAnIntegerByRoundingHalvesToTheEvenOne) {
-    const struct {
-        Variant value;
-        HResult result;
-        int integer;
-    } cases[] = {
-        {2.5, hrOk, 2},
-        {3.5, hrOk, 4},
-        {-2.5, hrOk, -2},
-        {"7,6", hrOk, 8},
-        {true, hrOk, -1},
-        {3e9, hrOverflow, 0},
-        {3000000000LL, hrOverflow, 0},
-        {std::nan(""), hrOverflow, 0},
-        {"a", hrTypeMismatch, 0},
-        {Variant::currency(25000), hrOk, 2},
-    };
-    for (const auto& c : cases) {
-        std::int32_t integer = 0;
-        EXPECT_EQ(toInt32(c.value.view(), integer), c.result) << textOf(c.value);
-        EXPECT_EQ(integer, c.integer) << textOf(c.value);
-    }
-    std::int64_t wide = 0;
-    EXPECT_EQ(toInt64(Variant("9223372036854775807").view(), wide), hrOk);
-    EXPECT_EQ(wide, INT64_MAX);
-}
-
-TEST(Variant, ReadsDatesInTheFormsOfTheHouse) {
-    const double day = std::floor(noon);
-    const struct {
-        const char* text;
-        double serial;
-    } cases[] = {
-        {"06/05/2024", day},
-        {"6-5-24", day},
-        {"2024-05-06", day},
-        {"2024-05-06T12:30:00Z", noon},
-        {"06/05/2024 12:30", noon},
-        {"6.5.2024 12:30:00", noon},
-        {"12:30", 12.5 / 24},
-        {"05/13/2024", platform::serialDate(2024, 5, 13)},
-        {"1/1/30", platform::serialDate(1930, 1, 1)},
-        {"29/12/1899 06:00", -1.25},
-        {"45418.25", 45418.25},
-    };
-    for (const auto& c : cases) {
-        double serial = -1e9;
-        EXPECT_EQ(toDate(Variant(c.text).view(), serial), hrOk) << c.text;
-        EXPECT_NEAR(serial, c.serial, 1e-9) << c.text;
-    }
-    for (const char* wrong : {"31/02/2024", "2024-13-13", "06/05/2024 25:00", "06/05", "a/b/c",
-                              "06/05/2024 12", "06/05-2024", "1e9"}) {
-        double serial = 0;
-        EXPECT_NE(toDate(Variant(wrong).view(), serial), hrOk) << wrong;
-    }
-}
-
-TEST(Variant, ChangesTypeOrThrows) {
-    EXPECT_EQ(Variant("Vrai").changeType(VarType::boolean), Variant(true));
-    EXPECT_EQ(Variant("1.00004").changeType(VarType::currency), Variant::currency(10000));
-    EXPECT_EQ(Variant("12.50").changeType(VarType::decimal), Variant::decimal({1250, 0, 2, false}));
-    EXPECT_EQ(Variant("1e2").changeType(VarType::decimal), Variant::decimal({100, 0, 0, false}));
-    EXPECT_EQ(Variant(255).changeType(VarType::byte), Variant::integer(VarType::byte, 255));
+TEST(Variant, ChangesTypeOrTellsWhyNot) {
+    const double noon = platform::serialDate(2024, 5, 6, 12, 30, 0);
+    using enum VarType;
     const struct {
         Variant value;
         VarType type;
-        HResult result;
+        const char* changed;
     } cases[] = {
-        {256, VarType::byte, hrOverflow},
-        {1e39, VarType::real4, hrOverflow},
-        {"x", VarType::decimal, hrTypeMismatch},
-        {Variant::null(), VarType::text, hrTypeMismatch},
-        {"79228162514264337593543950336", VarType::decimal, hrOverflow},
-        {"1e99999999", VarType::decimal, hrOverflow},
-        {5, VarType::bytes, hrTypeMismatch},
-        {1e30, VarType::currency, hrOverflow},
+        {-7LL, text, "-7"},
+        {0.1 + 0.2, text, "0.3"},
+        {1e20, text, "1E+20"},
+        {Variant::real4(0.1f), text, "0.1"},
+        {true, text, "-1"},
+        {"é|", text, "é|"},
+        {Variant::currency(-12345), text, "-1.2345"},
+        {Variant::currency(INT64_MIN), text, "-922337203685477.5808"},
+        {Variant::decimal({1500, 0, 3, true}), text, "-1.5"},
+        {Variant::decimal({0, 1, 0, false}), text, "18446744073709551616"},
+        {Variant::decimal({5, 0, 4, false}), text, "0.0005"},
+        {Variant::date(noon), text, "06/05/2024 12:30:00"},
+        {Variant::date(std::floor(noon)), text, "06/05/2024"},
+        {Variant::date(0.25), text, "06:00:00"},
+        {Variant::date(-1.25), text, "29/12/1899 06:00:00"},
+        {Variant::date(1e9), text, "overflow"},
+        {Variant::null(), text, "mismatch"},
+        {Variant::bytes("ab"), text, "mismatch"},
+        // A text becomes a number only when all of it is one.
+        {" 12 ", real8, "12"},
+        {"1,5", real8, "1.5"},
+        {"-1e3", real8, "-1000"},
+        {"+.5", real8, "0.5"},
+        {"1e-400", real8, "0"},
+        {"", real8, "mismatch"},
+        {"12x", real8, "mismatch"},
+        {"1.2.3", real8, "mismatch"},
+        {"--1", real8, "mismatch"},
+        {"inf", real8, "mismatch"},
+        {"0x10", real8, "mismatch"},
+        {"1e400", real8, "overflow"},
+        {1e39, real4, "overflow"},
+        // Halves are rounded to the even one.
+        {2.5, int32, "2"},
+        {3.5, int32, "4"},
+        {-2.5, int32, "-2"},
+        {"7,6", int32, "8"},
+        {Variant::currency(25000), int32, "2"},
+        {3000000000LL, int32, "overflow"},
+        {std::nan(""), int32, "overflow"},
+        {"9223372036854775807", int64, "9223372036854775807"},
+        {256, byte, "overflow"},
+        {"Vrai", boolean, "-1"},
+        {"1.00004", currency, "1"},
+        {1e30, currency, "overflow"},
+        {"12.50", decimal, "12.5"},
+        {"1e2", decimal, "100"},
+        {"79228162514264337593543950336", decimal, "overflow"},
+        {"1e99999999", decimal, "overflow"},
+        {"06/05/2024", date, "06/05/2024"},
+        {"2024-05-06T12:30:00Z", date, "06/05/2024 12:30:00"},
+        {"6.5.2024 12:30", date, "06/05/2024 12:30:00"},
+        {"12:30", date, "12:30:00"},
+        {"05/13/2024", date, "13/05/2024"},
+        {"1/1/30", date, "01/01/1930"},
+        {"29/12/1899 06:00", date, "29/12/1899 06:00:00"},
+        {"45418.25", date, "06/05/2024 06:00:00"},
+        {"31/02/2024", date, "mismatch"},
+        {"06/05/2024 25:00", date, "mismatch"},
+        {"06/05", date, "mismatch"},
+        {"06/05/2024 12", date, "mismatch"},
+        {"06/05-2024", date, "mismatch"},
+        {"1e9", date, "overflow"},
     };
-    for (const auto& c : cases) {
-        try {
-            c.value.changeType(c.type);
-            ADD_FAILURE() << textOf(c.value);
-        } catch (const _com_error& error) {
-            EXPECT_EQ(error.Error(), c.result) << textOf(c.value);
-        }
-    }
+    for (const auto& c : cases) EXPECT_EQ(changed(c.value, c.type), c.changed) << &c - cases;
+    std::int32_t integer = 5;
+    EXPECT_EQ(toInt32(Variant(3000000000LL).view(), integer), hrOverflow);
+    EXPECT_EQ(integer, 5);
 }
