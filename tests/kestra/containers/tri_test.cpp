@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdio>
 #include <cstring>
 #include <functional>
 #include <random>
+#include <set>
 #include <stdexcept>
 #include <vector>
 
@@ -100,13 +103,60 @@ TEST(Tri, AnInconsistentComparisonLosesNoElement) {
     EXPECT_EQ(held, expected);
 }
 
+void* const wildcard = reinterpret_cast<void*>(~std::uintptr_t{1});
+
 TEST(Tri, TheWildcardFindsTheFirstOrTheLastElement) {
     char texts[][2] = {"a", "b", "c"};
     CTri tri;
     for (auto& text : texts) tri.Insert(text, 0, 1);
-    void* const wildcard = reinterpret_cast<void*>(~std::uintptr_t{1});
     EXPECT_EQ(tri.Find(wildcard, 0), texts[0]);
     EXPECT_EQ(tri.Find(wildcard, 1), texts[2]);
+}
+
+TEST(Tri, TextOrdersAgreeWithTheirComparison) {
+    constexpr struct {
+        Comparaison order;
+        std::size_t offset;
+    } cases[] = {{triFctTexte, 0},
+                 {triFctTexteInv, 0},
+                 {tri_CEDynamique_ASCII, CEDynamique::partieFixe},
+                 {tri_CWauElement, CWauElement::decalageNom}};
+    std::mt19937 random(17);
+    for (const auto& [order, offset] : cases) {
+        SCOPED_TRACE(&order - &cases[0].order);
+        const auto before = [order = order](void* a, void* b) { return order(a, b, nullptr) < 0; };
+        std::multiset<void*, decltype(before)> model(before);
+        std::vector<std::array<char, 40>> elements(6000);
+        CTri tri(order);
+        for (auto& element : elements) {
+            element.fill(0);
+            for (auto length = random() % 13; length > 0; --length)
+                element[offset + length - 1] = "aa\xE9"[random() % 3];
+            if (random() % 2 == 0) continue;
+            tri.Insert(element.data(), 0, 1);
+            model.insert(element.data());
+        }
+        ASSERT_STREQ(tri.verify(), nullptr);
+        for (auto& key : elements) {
+            const auto equal = model.equal_range(key.data());
+            void* const greater = equal.second != model.end() ? *equal.second : nullptr;
+            ASSERT_EQ(tri.Find(key.data(), 1),
+                      equal.first != equal.second ? *std::prev(equal.second) : greater);
+        }
+    }
+}
+
+TEST(Tri, AHeldWildcardHidesNothingFromAWalk) {
+    std::vector<std::array<char, 4>> texts(1000);
+    CTri tri;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        std::snprintf(texts[i].data(), 4, "%03d", static_cast<int>(i * 7 % 1000));
+        tri.Insert(texts[i].data(), 0, 1);
+        if (i % 5 == 0) tri.Insert(wildcard, 0, 1);
+    }
+    int walked = 0;
+    for (void* e = tri.Next(CTri::FrontGuard()); e != nullptr; e = tri.Next()) ++walked;
+    EXPECT_EQ(walked, 1200);
 }
 
 TEST(Tri, SetFuncFindsARowInAnyCaseAndReportsAMissingOne) {
