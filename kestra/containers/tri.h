@@ -134,7 +134,7 @@ class KESTRA_API CTri {
     };
 
     template <Among among>
-    Place descend(void* key) const;
+    Place descend(void* wanted) const;
     bool search(void* key, Among among, Place& place);
     bool searchEnds(void* key, Place& place) const;
     bool placeForInsertion(void* element, int unique, int where, Place& place);
