@@ -132,12 +132,30 @@ const Case cases[] = {
          std::string seen;
          for (const char* name : {"NUM", "NOM", "X", "JOUR"}) {
              const Variant value = r->GetFields()->GetItem(name)->GetValue();
+             EXPECT_EQ(Variant(r->GetCollectView(name)), value);
              seen += std::to_string(static_cast<int>(value.type())) + ":" + value.text() + " ";
          }
          r->MoveNext();
          return seen += textOf(r, "X");
      },
      "3:1 8:Église 5:0.5 7:06/01/2024 12:00:00 null"},
+    {"a value is collected by whatever text stands there, and by index",
+     [](const Records& r) {
+         char name[] = "NUM";
+         const auto collected = [&](const char* text) {
+             std::string(text).copy(name, 3);
+             return failureOf([&] { r->GetCollectView(name); }) == hrOk
+                        ? Variant(r->GetCollectView(name)).text() + " "
+                        : after(r, [&] { r->GetCollectView(name); });
+         };
+         std::string seen;
+         for (const char* text : {"NUM", "Nom", "num", "ZZZ", "NUM"}) seen += collected(text);
+         r->PutCollect(0L, 7);
+         r->PutCollect("nom", "g");
+         return inTurn({seen, textOf(r, "NUM"), Variant(r->GetCollectView(1L)).text(), " ",
+                        after(r, [&] { r->GetCollectView(4L); }), after(r, [&] { r->Close(); })});
+     },
+     "1 Église 1 !cc1 1 7g !cc1 !c93 "},
     {"Find goes on from the current record",
      [](const Records& r) {
          return inTurn(
