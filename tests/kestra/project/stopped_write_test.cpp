@@ -8,6 +8,7 @@
 #include <thread>
 
 #include <kestra/project/chantier.h>
+#include <kestra/project/moved_project.h>
 #include <platform/faulty_files.h>
 #include <platform/machine.h>
 #include <platform/replaceable.h>
@@ -245,6 +246,27 @@ TEST(WriterProcess, TwoAtOnceTakeTurns) {
             lines += deleted ? 0 : 1;
         }
     EXPECT_EQ(chantier.Getvar("$VARCHT", "*", 0, fields), lines) << "nothing else is there";
+}
+
+TEST(WriterProcess, AMoveWaitsForItsTurn) {
+    const TemporaryFolder folder;
+    const std::string head = "note\r\n$VARCHT;X;";
+    const std::string path = folder.write("a.cht", head + "\r\n"), to = folder.path("b\\a.cht");
+    folder.write("b\\x", "");
+    ChildProcess writer("WriterProcess.DISABLED_Writes", "* " + path);
+    for (int waited = 0; folder.read("a.cht").size() < 300 && waited < 20'000; ++waited)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    ASSERT_TRUE(kestra::moveProject(path, to));
+    EXPECT_FALSE(writer.wait()) << "the writer finds no project any more";
+    for (const char* gone : {"a.cht", "a.ch~", "b\\a.ch~"})
+        EXPECT_EQ(platform::theFiles().kind(folder.path(gone).c_str()), FileKind::missing) << gone;
+    const std::string now = folder.read("b\\a.cht");
+    ASSERT_TRUE(now.starts_with(head));
+    const std::string value = now.substr(head.size(), now.find('\r', head.size()) - head.size());
+    EXPECT_GT(value.size(), 200u);
+    EXPECT_EQ(value, std::string(value.size(), value[0]));
+    const std::string record = now.substr(head.size() + value.size());
+    EXPECT_TRUE(record.starts_with("\r\n$VARCHT;MAJDIRCHT;") && record.ends_with("\\B\\\r\n")) << record;
 }
 
 }  // namespace
