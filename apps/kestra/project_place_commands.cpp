@@ -1,4 +1,5 @@
 #include <dorsel/paths.h>
+#include <kestra/project/moved_project.h>
 #include <platform/files.h>
 
 #include "json.h"
@@ -36,19 +37,6 @@ int create(Arguments arguments, Terminal& terminal) {
     return exitDone;
 }
 
-/// Moves a file to another folder, onto another disk too; what is there is not replaced.
-bool moveFile(const std::string& from, const std::string& to) {
-    if (theFiles().kind(to.c_str()) != FileKind::missing) return false;
-    if (theFiles().rename(from.c_str(), to.c_str(), false)) return true;
-    std::string content;
-    if (!platform::readWholeFile(from.c_str(), content) || !platform::createWholeFile(to.c_str(), content))
-        return false;
-    theFiles().copyIdentity(from.c_str(), to.c_str());
-    if (theFiles().remove(from.c_str())) return true;
-    theFiles().remove(to.c_str());
-    return false;
-}
-
 int move(Arguments arguments, Terminal& terminal) {
     const Words words = readWords(arguments, {"le projet", "le dossier"});
     if (!words.fault.empty()) return refuseUsage(projectMove, words.fault, terminal);
@@ -63,12 +51,9 @@ int move(Arguments arguments, Terminal& terminal) {
     const std::string to = directory(folder, 1) + std::string(DOS::GetPName(opened, "NE"));
     if (theFiles().kind(to.c_str()) != FileKind::missing)
         return failProject(projectMove, to, "existe déjà", terminal);
-    // The place where it stands now is what the move replaces.
-    const std::string source = project.m_cheminCht.GetString();
-    if (project.Maj_DirCht() != 1 || DOS::CreateDir(folder, 4) == 0 || !moveFile(source, to))
+    project.Close();
+    if (DOS::CreateDir(folder, 4) == 0 || !kestra::moveProject(project.m_cheminCht.GetString(), to))
         return failProject(projectMove, to, "déplacement impossible", terminal);
-    project.m_cheminCht = to.c_str();
-    if (project.Maj_DirCht() != 1) return failProject(projectMove, to, cannotWrite, terminal);
     terminal.output(words.json ? json::object({{"file", json::text(to)}}) + '\n' : to + '\n');
     return exitDone;
 }

@@ -85,14 +85,15 @@ bool readDecimal(std::string_view text, double& value) {
 char* printDecimal(char* out, double value, int decimals, char mark) {
     const double scaled = std::fabs(value) * exactPowers[decimals];
     // Up to here the product is within a sixteenth of the true one, and rounds as that does.
-    if (!(scaled < static_cast<double>(exactIntegers / 16))) {
+    if (!(scaled < static_cast<double>(exactIntegers) / 16)) {
         const auto result = std::to_chars(out, out + decimalRoom, value, std::chars_format::fixed, decimals);
         if (char* point =
                 static_cast<char*>(std::memchr(out, '.', static_cast<std::size_t>(result.ptr - out))))
             *point = mark;
         return result.ptr;
     }
-    const auto rounded = static_cast<std::uint64_t>(scaled + 0.5);
+    constexpr double half = 0.5;
+    const auto rounded = static_cast<std::uint64_t>(scaled + half);
     const auto unit = static_cast<std::uint64_t>(exactPowers[decimals]);
     if (rounded != 0 && value < 0) *out++ = '-';
     out = std::to_chars(out, out + decimalRoom, rounded / unit).ptr;

@@ -57,7 +57,7 @@ class DORSEL_API Ellipsoide {
 
   private:
     bool shiftBy(const double shift[3], const Ellipsoide& target, double* point) const;
-    bool shiftWithGrid(double* point, const Ellipsoide& target) const;
+    bool shiftWithGrid(double* point, const Ellipsoide& reference) const;
     bool shiftThroughRgf93(double* point, const Ellipsoide& target) const;
 
     double m_radius, m_eccentricity, m_e2;

@@ -90,7 +90,7 @@ bool readGridFile(const char* name, std::string& content, std::string& fault) {
     std::string folders;
     for (const char letter : {'L', 'N', 'P'}) {
         const std::string folder = standardFolder(letter);
-        if (!folder.empty()) folders += folder + "ini\\;" + folder + ";";
+        if (!folder.empty()) folders.append(folder).append("ini\\;").append(folder).append(";");
     }
     char path[DOS::pathSize];
     if (name == nullptr || *name == '\0' ||

@@ -235,7 +235,7 @@ CtesProj* CtesProj::load(const char* name, std::vector<std::string>& faults) {
         if (!geodesy::isSameName(published.name.c_str(), name)) continue;
         // A system that lies off RGF93 may have been given the national grid.
         auto withGrid = isOffRgf93(published) ? fromSettings(name, faults) : std::nullopt;
-        return add(withGrid ? std::move(*withGrid) : published);
+        return add(withGrid ? *withGrid : published);
     }
     auto defined = fromSettings(name, faults);
     return defined ? add(std::move(*defined)) : nullptr;

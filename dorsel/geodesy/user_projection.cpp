@@ -277,8 +277,8 @@ void Reader::checkCone() {
             : LambertConic::twoParallels(m_made.radius, m_made.eccentricity, m_made.phi0, m_made.phi1,
                                          m_made.phi2, m_made.lambda0, m_made.x0, m_made.y0);
     if (!cone.isValid())
-        m_faults.push_back(one ? "PHI0 : sur l'équateur ou un pôle il n'y a pas de cône"
-                               : "PHI1, PHI2 : pas de cône (parallèles opposés, nuls ou sur un pôle)");
+        m_faults.emplace_back(one ? "PHI0 : sur l'équateur ou un pôle il n'y a pas de cône"
+                                  : "PHI1, PHI2 : pas de cône (parallèles opposés, nuls ou sur un pôle)");
 }
 
 bool Reader::addGridOnly(const ProjectionDefinition& published) {

@@ -18,7 +18,7 @@ CEDynamique* newDynamique(std::size_t keyLength, std::size_t valueLength) {
     void* block =
         std::calloc(1, std::max(sizeof(CEDynamique), CEDynamique::partieFixe + keyLength + valueLength));
     if (block == nullptr) return nullptr;
-    CEDynamique* element = new (block) CEDynamique();
+    auto* element = new (block) CEDynamique();
     element->m_LongueurCle = static_cast<std::int16_t>(keyLength);
     element->m_LongueurValeur = static_cast<std::uint16_t>(valueLength);
     return element;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <ranges>
 
 namespace controls {
 
@@ -47,7 +48,7 @@ bool hitsCheckBox(const CheckClick& click) {
 }
 
 int rowAfterDeletion(int current, std::span<const int> deleted) {
-    for (auto row = deleted.rbegin(); row != deleted.rend(); ++row) current = std::min(current, *row - 1);
+    for (const int row : std::views::reverse(deleted)) current = std::min(current, row - 1);
     return current;
 }
 

@@ -16,12 +16,12 @@ void check(HResult result) {
     if (result < 0) throw _com_error(result);
 }
 
-FieldPtr fieldOf(const _RecordsetPtr& recordset, const char* name) {
-    return recordset->GetFields()->GetItem(std::string_view(name != nullptr ? name : ""));
+std::string_view key(const char* name) {
+    return name != nullptr ? name : "";
 }
 
-FieldPtr fieldOf(const _RecordsetPtr& recordset, long index) {
-    return recordset->GetFields()->GetItem(index);
+long key(long index) {
+    return index;
 }
 
 void convert(const VariantView& view, std::string& value) {
@@ -52,7 +52,7 @@ void convert(const VariantView& view, double& value) {
 template <class Value>
 bool read(const _RecordsetPtr& recordset, auto field, Value& value) {
     try {
-        convert(fieldOf(recordset, field)->GetView(), value);
+        convert(recordset->GetCollectView(key(field)), value);
         return true;
     } catch (...) {
         value = Value();
@@ -62,7 +62,7 @@ bool read(const _RecordsetPtr& recordset, auto field, Value& value) {
 
 bool write(const _RecordsetPtr& recordset, auto field, const ado20::Variant& value) {
     try {
-        fieldOf(recordset, field)->PutValue(value);
+        recordset->PutCollect(key(field), value);
         return true;
     } catch (...) {
         return false;
@@ -77,7 +77,7 @@ const char* readText(const _RecordsetPtr& recordset, auto field) {
 
 /// Null for a field that an open recordset does not have.
 FieldPtr existingField(const _RecordsetPtr& recordset, const char* name) try {
-    return fieldOf(recordset, name);
+    return recordset->GetFields()->GetItem(key(name));
 } catch (const _com_error& error) {
     const bool isOpen = recordset && recordset->GetState() != ado20::adStateClosed;
     if (isOpen && error.Error() == ado20::hrItemNotFound) return nullptr;

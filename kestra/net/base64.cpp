@@ -92,7 +92,7 @@ Base64Encoder::~Base64Encoder() {
 
 char* Base64Encoder::Encode(const unsigned char* data, int length, unsigned long flags) {
     if (length < 0) throw CInvalidArgException();
-    std::size_t count = static_cast<std::size_t>(length);
+    auto count = static_cast<std::size_t>(length);
     if (length == 0 && data != nullptr) count = std::strlen(reinterpret_cast<const char*>(data));
     if (std::uint64_t{4} * count > INT_MAX) throw CInvalidArgException();
     void* buffer = std::realloc(m_buffer, static_cast<std::size_t>(base64::room(count, flags)) + 12);

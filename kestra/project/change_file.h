@@ -30,10 +30,10 @@ class ChangeFile {
     /// How long a writer or reader waits for another writer (ms).
     static constexpr int patience = 10'000;
 
-    /// Waits for the turn to change `project` and undoes what a stopped writer left. Null when another
-    /// process still writes after `patience`, when the file cannot be made or the undoing fails, and when a
-    /// file of that name is none of ours.
-    static std::unique_ptr<ChangeFile> take(const std::string& project);
+    /// Waits for the turn to change the project `named` and undoes what a stopped writer left. Null when
+    /// another process still writes after `patience`, when the file cannot be made or the undoing fails, and
+    /// when a file of that name is none of ours.
+    static std::unique_ptr<ChangeFile> take(const std::string& named);
     /// Gives the turn back.
     ~ChangeFile();
     ChangeFile(const ChangeFile&) = delete;
@@ -45,7 +45,7 @@ class ChangeFile {
 
     /// For readers: true at once when nobody writes; otherwise waits and undoes as `take` does. False when
     /// the content of the project cannot be trusted: another process still writes, or the undoing fails.
-    static bool settle(const std::string& project);
+    static bool settle(const std::string& named);
 
     static std::string nameFor(const std::string& project);
 

@@ -1,3 +1,5 @@
+#include "moved_project.h"
+
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -10,6 +12,10 @@
 #include <platform/files.h>
 
 namespace {
+
+using kestra::ChangeFile;
+using platform::FileKind;
+using platform::theFiles;
 
 constexpr std::string_view recordTag = "$VARCHT;MAJDIRCHT;";
 constexpr std::string_view projectTag = "$VARCHT;CHANTIER;";
@@ -71,20 +77,54 @@ std::string broughtUpToDate(const std::string& text, const std::string& folder) 
     return updated.append(recordTag).append(folder).append("\r\n");
 }
 
+enum class Recorded { done, unread, unwritten };
+
+/// Brings a project up to date for the place where it stands; the caller has the turn to write it.
+Recorded recordFolder(const std::string& path) {
+    std::string text;
+    if (!platform::readWholeFile(path.c_str(), text)) return Recorded::unread;
+    const std::string folder = kestra::folderOf(path.c_str());
+    // Where case counts (POSIX paths) an upper-case folder would lead nowhere.
+    const std::string updated =
+        broughtUpToDate(text, folder.starts_with('/') ? folder : platform::upperCased1252(folder));
+    const bool isThere = updated == text || platform::replaceWholeFile(path.c_str(), updated);
+    return isThere ? Recorded::done : Recorded::unwritten;
+}
+
+/// Moves a file to another folder, onto another disk too; what is there is not replaced.
+bool moveFile(const std::string& from, const std::string& to) {
+    if (theFiles().kind(to.c_str()) != FileKind::missing) return false;
+    if (theFiles().rename(from.c_str(), to.c_str(), false)) return true;
+    std::string content;
+    if (!platform::readWholeFile(from.c_str(), content) || !platform::createWholeFile(to.c_str(), content))
+        return false;
+    theFiles().copyIdentity(from.c_str(), to.c_str());
+    if (theFiles().remove(from.c_str())) return true;
+    theFiles().remove(to.c_str());
+    return false;
+}
+
+bool canBeChanged(const std::string& path) {
+    return theFiles().open(path.c_str(), platform::OpenMode::update) != nullptr;
+}
+
 }  // namespace
+
+bool kestra::moveProject(const std::string& from, const std::string& to) {
+    if (!canBeChanged(from)) return false;
+    const auto turn = ChangeFile::take(from), turnThere = ChangeFile::take(to);
+    // The place where it stands now is what the move replaces.
+    if (!turn || !turnThere || recordFolder(from) != Recorded::done || !moveFile(from, to)) return false;
+    if (recordFolder(to) == Recorded::done) return true;
+    moveFile(to, from);
+    return false;
+}
 
 int Cchantier::Maj_DirCht() {
     Close();
     const std::string path = m_cheminCht.GetString();
     if (path.size() < 2) return 0;
-    if (platform::theFiles().open(path.c_str(), platform::OpenMode::update) == nullptr) return 0;
-    const auto turn = kestra::ChangeFile::take(path);
-    if (turn == nullptr) return 0;
-    std::string text;
-    if (!platform::readWholeFile(path.c_str(), text)) return 1;
-    const std::string folder = kestra::folderOf(path.c_str());
-    // Where case counts (POSIX paths) an upper-case folder would lead nowhere.
-    const std::string updated =
-        broughtUpToDate(text, folder.starts_with('/') ? folder : platform::upperCased1252(folder));
-    return updated == text || platform::replaceWholeFile(path.c_str(), updated) ? 1 : 0;
+    if (!canBeChanged(path)) return 0;
+    const auto turn = ChangeFile::take(path);
+    return turn != nullptr && recordFolder(path) != Recorded::unwritten ? 1 : 0;
 }

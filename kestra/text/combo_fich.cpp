@@ -44,7 +44,7 @@ std::vector<std::string> comboPatterns(const char* file, const char* folders, bo
         std::string entry = pieces[i];
         if (entry.empty()) continue;
         if (!platform::isSeparator(entry.back())) entry += '\\';
-        entry = absolute(entry + name);
+        entry = absolute(entry.append(name));
         patterns.emplace_back(STR::C47_92(entry.data()));
     }
     return patterns;

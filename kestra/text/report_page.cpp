@@ -164,7 +164,7 @@ char* translate(std::string_view text, bool& emphasised, char* out) {
 
 /// The body is translated in chunks; behind a chunk there is always room for what the next one may become.
 constexpr std::size_t chunkSize = 256, chunkRoom = chunkSize * longestMarkup + sizeof(Character::text),
-                      bufferSize = 256 * 1024;
+                      bufferSize = std::size_t{256} * 1024;
 
 }  // namespace
 

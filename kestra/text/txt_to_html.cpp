@@ -34,7 +34,7 @@ std::string pagePathFor(const std::string& file) {
 /// A report read in pieces: the start, as far as its head reaches, stays in memory.
 class ReportFile {
   public:
-    static constexpr std::size_t pieceSize = 256 * 1024;
+    static constexpr std::size_t pieceSize = std::size_t{256} * 1024;
 
     /// With `whole` all of it is kept in memory. False when it cannot be read.
     bool open(const std::string& path, bool whole);

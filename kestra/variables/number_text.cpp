@@ -70,7 +70,7 @@ std::optional<double> magnitude(std::string_view number) {
 
 std::string numberToText(double number) {
     char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, number, std::chars_format::general, 6).ptr;
+    char* const end = std::to_chars(text, text + sizeof text, number, std::chars_format::general, 6).ptr;
     return std::string(text, end);
 }
 

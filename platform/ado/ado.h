@@ -15,7 +15,7 @@
 /// What differs from the interfaces that a compiler makes of ADO's type library:
 /// - texts are Windows-1252 `std::string`s, positions and counts 64-bit integers;
 /// - collections that are only walked are plain vectors (`GetErrors`);
-/// - `Field::GetView` reads a value without a copy.
+/// - `Field::GetView` and `_Recordset::GetCollectView` read a value without a copy.
 /// As there: a failure is thrown as `_com_error`, a call through a null pointer as E_POINTER, operations
 /// return the HRESULT of success.
 ///
@@ -189,6 +189,12 @@ class DORSEL_API _Recordset : public Counted {
 
     /// The fields of the open recordset; on a closed one the collection to append to (see `Fields::Append`).
     virtual FieldsPtr GetFields() = 0;
+    /// `GetView` and `PutValue` of a field that is named or numbered, in one call: for loops over values.
+    /// They do, and fail, as the field of `GetFields()->GetItem` does.
+    virtual VariantView GetCollectView(std::string_view name) = 0;
+    virtual VariantView GetCollectView(long index) = 0;
+    virtual void PutCollect(std::string_view name, const Variant& value) = 0;
+    virtual void PutCollect(long index, const Variant& value) = 0;
     virtual ObjectStateEnum GetState() = 0;
     virtual std::string GetSource() = 0;
     virtual CursorTypeEnum GetCursorType() = 0;

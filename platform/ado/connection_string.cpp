@@ -22,7 +22,7 @@ std::string takeValue(std::string_view& rest) {
     const auto start = std::min(rest.find_first_not_of(blanks), rest.size());
     const char quote = start < rest.size() ? rest[start] : '\0';
     std::string value;
-    std::size_t end = start;
+    std::size_t end = 0;
     if (quote == '"' || quote == '\'') {
         for (end = start + 1; end < rest.size(); ++end) {
             if (rest[end] == quote && (++end == rest.size() || rest[end] != quote)) break;

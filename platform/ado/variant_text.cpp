@@ -312,8 +312,7 @@ bool isoDateText(double serial, std::string& text) {
 
 double realOfDecimal(const Decimal& decimal) {
     const auto number = static_cast<long double>(wideOf(decimal));
-    const double size =
-        static_cast<double>(number / std::pow(10.0L, static_cast<long double>(decimal.scale)));
+    const auto size = static_cast<double>(number / std::pow(10.0L, static_cast<long double>(decimal.scale)));
     return decimal.negative ? -size : size;
 }
 

@@ -1,6 +1,6 @@
 #include <langinfo.h>
-#include <locale.h>
-#include <time.h>
+#include <clocale>
+#include <ctime>
 
 #include <memory>
 #include <string_view>

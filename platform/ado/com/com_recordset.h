@@ -43,6 +43,14 @@ class ComRecordset : public _Recordset {
     HResult Delete(AffectEnum affect) override { return check(m_inner->Delete(affect)); }
     EditModeEnum GetEditMode() override;
     FieldsPtr GetFields() override;
+    VariantView GetCollectView(std::string_view name) override { return collected(name); }
+    VariantView GetCollectView(long index) override { return collected(index); }
+    void PutCollect(std::string_view name, const Variant& value) override {
+        GetFields()->GetItem(name)->PutValue(value);
+    }
+    void PutCollect(long index, const Variant& value) override {
+        GetFields()->GetItem(index)->PutValue(value);
+    }
     ObjectStateEnum GetState() override;
     std::string GetSource() override;
     CursorTypeEnum GetCursorType() override;
@@ -55,10 +63,16 @@ class ComRecordset : public _Recordset {
     bool Supports(long options) override;
 
   private:
+    VariantView collected(auto field) {
+        m_collected = GetFields()->GetItem(field)->GetValue();
+        return m_collected.view();
+    }
+
     ComApartment m_apartment;
     ComPointer<IAdoRecordset> m_inner;
     _ConnectionPtr m_connection;
     FieldsPtr m_fields;
+    Variant m_collected;  ///< what `GetCollectView` shows
 };
 
 /// The fields of one; ADO keeps them as long as somebody holds them.

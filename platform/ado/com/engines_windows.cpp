@@ -155,6 +155,12 @@ class ChoosingRecordset : public _Recordset {
     HResult Delete(AffectEnum affect) override { return m_engine->Delete(affect); }
     EditModeEnum GetEditMode() override { return m_engine->GetEditMode(); }
     FieldsPtr GetFields() override { return m_engine->GetFields(); }
+    VariantView GetCollectView(std::string_view name) override { return m_engine->GetCollectView(name); }
+    VariantView GetCollectView(long index) override { return m_engine->GetCollectView(index); }
+    void PutCollect(std::string_view name, const Variant& value) override {
+        m_engine->PutCollect(name, value);
+    }
+    void PutCollect(long index, const Variant& value) override { m_engine->PutCollect(index, value); }
     ObjectStateEnum GetState() override { return m_engine->GetState(); }
     std::string GetSource() override { return m_engine->GetSource(); }
     CursorTypeEnum GetCursorType() override { return m_engine->GetCursorType(); }

@@ -325,6 +325,7 @@ VariantView viewOf(const Column& column, const Cell& cell, const std::string& bu
         case SQLITE_INTEGER:
             return viewOfIntegerCell(column, cell.integer, scratch);
         case SQLITE_FLOAT:
+            if (column.type == adDouble) return viewOfReal(VarType::real8, cell.real);
             return viewOfNumber(column, viewOfReal(VarType::real8, cell.real), scratch);
         case SQLITE_TEXT:
             return viewOfTextCell(column, data());

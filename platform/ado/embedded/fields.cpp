@@ -16,13 +16,13 @@ unsigned upper(char c) {
 std::size_t hashOf(std::string_view name) {
     if (name.empty()) return 0;
     const std::size_t size = name.size();
-    return size + 31 * upper(name[size - 1]) + 7 * upper(name[0]) + 131 * upper(name[size / 2]);
+    return size + std::size_t{31} * upper(name[size - 1]) + std::size_t{7} * upper(name[0]) +
+           std::size_t{131} * upper(name[size / 2]);
 }
 
+/// Mostly a host writes a name as the table does.
 bool sameName(std::string_view first, std::string_view second) {
-    if (first.size() != second.size()) return false;
-    return std::equal(first.begin(), first.end(), second.begin(),
-                      [](char a, char b) { return a == b || upper(a) == upper(b); });
+    return first == second || platform::equalNoCase1252(first, second);
 }
 
 }  // namespace
@@ -56,11 +56,20 @@ void FieldCollection::rebuild() {
     }
 }
 
-std::int64_t FieldCollection::find(std::string_view name) const {
+std::size_t FieldCollection::find(std::string_view name) const {
+    // A loop over records asks with the same literals again and again: where a text stands tells which field
+    // it named before. Its words decide.
+    const auto address = reinterpret_cast<std::uintptr_t>(name.data());
+    std::uint32_t& guess = m_guesses[(address ^ address >> 4) % m_guesses.size()];
+    if (guess < m_names.size() && m_names[guess] == name) return guess;
+    return guess = static_cast<std::uint32_t>(lookUp(name));
+}
+
+std::size_t FieldCollection::lookUp(std::string_view name) const {
     const std::size_t mask = m_hashes.size() - 1;
     for (std::size_t at = hashOf(name) & mask; m_hashes[at] != 0; at = (at + 1) & mask)
         if (sameName(m_names[m_hashes[at] - 1], name)) return m_hashes[at] - 1;
-    return -1;
+    return m_names.size();
 }
 
 long FieldCollection::GetCount() {
@@ -68,20 +77,17 @@ long FieldCollection::GetCount() {
 }
 
 FieldPtr FieldCollection::GetItem(long index) {
-    if (index < 0 || index >= GetCount()) throw _com_error(hrItemNotFound);
-    return m_fields[static_cast<std::size_t>(index)];
+    return m_fields[indexOf(index)];
 }
 
 FieldPtr FieldCollection::GetItem(std::string_view name) {
-    const std::int64_t index = find(name);
-    if (index < 0) throw _com_error(hrItemNotFound);
-    return m_fields[static_cast<std::size_t>(index)];
+    return m_fields[indexOf(name)];
 }
 
 HResult FieldCollection::Append(std::string_view name, DataTypeEnum type, std::int64_t definedSize,
                                 long attributes) {
     if (m_owner == nullptr || m_owner->GetState() == adStateOpen) throw _com_error(hrObjectOpen);
-    if (name.empty() || find(name) >= 0) throw _com_error(hrInvalidArgument);
+    if (name.empty() || find(name) < m_names.size()) throw _com_error(hrInvalidArgument);
     Column column;
     column.name = name;
     declare(column, type, definedSize);

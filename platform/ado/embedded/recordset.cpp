@@ -567,9 +567,29 @@ HResult Recordset::Delete(AffectEnum) {
 
 // The rest.
 
-FieldsPtr Recordset::GetFields() {
+inline FieldCollection& Recordset::fields() {
     if (!m_fields) m_fields = Pointer<FieldCollection>(new FieldCollection(this));
-    return FieldsPtr(m_fields.get());
+    return *m_fields.get();
+}
+
+FieldsPtr Recordset::GetFields() {
+    return FieldsPtr(&fields());
+}
+
+VariantView Recordset::GetCollectView(std::string_view name) {
+    return value(fields().indexOf(name), true);
+}
+
+VariantView Recordset::GetCollectView(long index) {
+    return value(fields().indexOf(index), true);
+}
+
+void Recordset::PutCollect(std::string_view name, const Variant& value) {
+    put(fields().indexOf(name), value);
+}
+
+void Recordset::PutCollect(long index, const Variant& value) {
+    put(fields().indexOf(index), value);
 }
 
 void Recordset::append(Column column) {

@@ -34,7 +34,7 @@ class Recordset : public _Recordset {
     std::int64_t GetRecordCount() override;
     Variant GetBookmark() override;
     void PutBookmark(const Variant& bookmark) override;
-    HResult Find(std::string_view criterion, std::int64_t skip, SearchDirectionEnum direction,
+    HResult Find(std::string_view text, std::int64_t skip, SearchDirectionEnum direction,
                  const Variant& start) override;
     std::string GetSort() override { return m_sort; }
     void PutSort(std::string_view sort) override;
@@ -46,6 +46,10 @@ class Recordset : public _Recordset {
     HResult Delete(AffectEnum affect) override;
     EditModeEnum GetEditMode() override;
     FieldsPtr GetFields() override;
+    VariantView GetCollectView(std::string_view name) override;
+    VariantView GetCollectView(long index) override;
+    void PutCollect(std::string_view name, const Variant& value) override;
+    void PutCollect(long index, const Variant& value) override;
     ObjectStateEnum GetState() override { return m_view != nullptr ? adStateOpen : adStateClosed; }
     std::string GetSource() override { return m_text; }
     CursorTypeEnum GetCursorType() override { return m_cursor; }
@@ -82,6 +86,7 @@ class Recordset : public _Recordset {
         std::vector<std::size_t> insertColumns, updateColumns;
     };
 
+    FieldCollection& fields();
     void start(RowSource source);
     RowSource sourceOf(const std::string& text, long options);
     View& open() const;

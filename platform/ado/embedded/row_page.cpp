@@ -23,14 +23,6 @@ Cell keyCell(std::int64_t key) {
 RowPage::RowPage(const RowSource& source)
     : m_source(source), m_slots(source.columns.size(), -1), m_step(firstStep) {}
 
-VariantView RowPage::value(const KeyList& keys, std::int64_t position, std::size_t column) {
-    const std::int64_t row = position - m_first;
-    const int slot = m_slots[column];
-    if (slot < 0 || row < 0 || row >= m_count || m_present[static_cast<std::size_t>(row)] == 0)
-        return slowValue(keys, position, column);
-    return viewOf(m_source.columns[column], cellsOf(row)[slot], m_buffer, m_scratch);
-}
-
 VariantView RowPage::slowValue(const KeyList& keys, std::int64_t position, std::size_t column) {
     if (m_slots[column] < 0) want(column);
     if (!holds(position)) moveTo(keys, position);

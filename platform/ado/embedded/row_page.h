@@ -17,7 +17,15 @@ class RowPage {
 
     /// Value of a row's column, valid until the page moves. Throws hrDeletedRow for a record that is no
     /// longer in the database.
-    VariantView value(const KeyList& keys, std::int64_t position, std::size_t column);
+    VariantView value(const KeyList& keys, std::int64_t position, std::size_t column) {
+        const auto row = static_cast<std::size_t>(position - m_first);
+        const int slot = m_slots[column];
+        // A row before the first one is an enormous number.
+        if (slot < 0 || row >= static_cast<std::size_t>(m_count) || m_present[row] == 0)
+            return slowValue(keys, position, column);
+        const Cell& cell = m_cells[row * m_wanted.size() + static_cast<std::size_t>(slot)];
+        return viewOf(m_source.columns[column], cell, m_buffer, m_scratch);
+    }
     /// Reads rows of a plain source beyond the keys known so far, and appends their keys; false when there
     /// were none.
     bool readOn(KeyList& keys);

@@ -85,8 +85,8 @@ std::string keyOf(Database& database, const std::string& from, const std::string
             taken = taken || platform::equalNoCase1252(textOr(sqlite3_column_name(all.get(), i)), name);
         if (taken) continue;
         try {
-            const std::string key = alias + '.' + name;
-            Statement probe(database, "SELECT " + key + " FROM " + from);
+            std::string key = alias + '.' + name;
+            Statement probe(database, std::string("SELECT ").append(key).append(" FROM ").append(from));
             return key;
         } catch (const _com_error&) {
             return {};

@@ -1,11 +1,74 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include <platform/files.h>
+#ifndef _WIN32
+#include <platform/linux/drive_paths.h>
+#include <unistd.h>
+#endif
 
 #include <tests/support/command_answers.h>
 #include "../../support/settings_folders.h"
 
 namespace {
+
+namespace fs = std::filesystem;
+
+/// Makes a file read-only, for root too: natively its folder is opened to a user who then runs the test.
+class ReadOnly {
+  public:
+    explicit ReadOnly(const std::string& path) : m_path(systemPath(path)) {
+#ifndef _WIN32
+        fs::permissions(m_path.parent_path(), fs::perms::all);
+        if (::geteuid() == 0) m_dropped = ::seteuid(65534) == 0;
+#endif
+        if (!m_dropped) fs::permissions(m_path, write, fs::perm_options::remove);
+    }
+    ~ReadOnly() {
+#ifndef _WIN32
+        if (m_dropped) m_dropped = ::seteuid(0) != 0;
+#endif
+        fs::permissions(m_path, write, fs::perm_options::add);
+    }
+    ReadOnly(const ReadOnly&) = delete;
+    ReadOnly& operator=(const ReadOnly&) = delete;
+
+  private:
+    static constexpr fs::perms write =
+        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    static fs::path systemPath(const std::string& path) {
+#ifdef _WIN32
+        return path;
+#else
+        return platform::posixPath(path.c_str());
+#endif
+    }
+    fs::path m_path;
+    bool m_dropped = false;
+};
+
+TEST(ProjectCommand, AReadOnlyProjectIsRefusedAndStaysAsItIs) {
+    const SettingsFolders settings;
+    const auto& folder = settings.folder();
+    const std::string content = "$VARCHT;X;1\r\n$.ARCHT;Y;2\r\n", p = folder.write("p.cht", content);
+    const std::vector<std::string> cases[] = {
+        {"project", "set", p, "VARCHT", "X", "2"},
+        {"project", "delete", p, "VARCHT", "X"},
+        {"project", "compact", p},
+        {"project", "move", p, folder.path("b")},
+    };
+    {
+        const ReadOnly readOnly(p);
+        for (const auto& c : cases) {
+            KeptTerminal terminal;
+            EXPECT_EQ(runHost(c, terminal), exitFailed) << c[1];
+            EXPECT_NE(terminal.err.find("ne peut être modifié"), std::string::npos) << terminal.err;
+            EXPECT_EQ(folder.read("p.cht"), content) << c[1];
+        }
+    }
+    EXPECT_EQ(platform::theFiles().kind(folder.path("p.ch~").c_str()), platform::FileKind::missing);
+}
 
 TEST(ProjectCommand, ASessionOfATechnician) {
     const SettingsFolders settings;

@@ -6,7 +6,9 @@
 #include <random>
 #include <thread>
 
+#include <kestra/project/change_file.h>
 #include <kestra/project/chantier.h>
+#include <kestra/project/moved_project.h>
 #include <platform/faulty_files.h>
 #include <platform/machine.h>
 #include <platform/replaceable.h>
@@ -222,6 +224,64 @@ TEST(WriterProcess, TwoAtOnceTakeTurns) {
             lines += deleted ? 0 : 1;
         }
     EXPECT_EQ(chantier.Getvar("$VARCHT", "*", 0, fields), lines) << "nothing else is there";
+}
+
+TEST(WriterProcess, DISABLED_TakesItsTime) {
+    const std::string path = platform::theMachine().environment("KESTRA_CHILD");
+    const auto turn = kestra::ChangeFile::take(path);
+    ASSERT_TRUE(turn != nullptr && platform::createWholeFile((path + ".taken").c_str(), ""));
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    ASSERT_TRUE(platform::replaceWholeFile(path.c_str(), "note\r\nlate\r\n"));
+}
+
+TEST(WriterProcess, AMoveWaitsForItsTurn) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.cht", "note\r\n"), to = folder.path("b\\a.cht");
+    folder.write("b\\x", "");
+    ChildProcess writer("WriterProcess.DISABLED_TakesItsTime", path);
+    for (int waited = 0;
+         waited < 20'000 && platform::theFiles().kind((path + ".taken").c_str()) != FileKind::file; ++waited)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_TRUE(kestra::moveProject(path, to));
+    EXPECT_TRUE(writer.wait());
+    for (const char* gone : {"a.cht", "a.ch~", "b\\a.ch~"})
+        EXPECT_EQ(platform::theFiles().kind(folder.path(gone).c_str()), FileKind::missing) << gone;
+    const std::string now = folder.read("b\\a.cht");
+    EXPECT_TRUE(now.starts_with("note\r\nlate\r\n$VARCHT;MAJDIRCHT;") && now.ends_with("\\B\\\r\n")) << now;
+}
+
+TEST(WriterProcess, DISABLED_Cuts) {
+    const std::string path = platform::theMachine().environment("KESTRA_CHILD");
+    for (int k = 0; k < 300; ++k) {
+        const auto file = platform::theFiles().open(path.c_str(), platform::OpenMode::update);
+        const int size = 2000 + k * 37 % 500;
+        if (file != nullptr && file->size() > size) file->truncate(size);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+TEST(WriterProcess, AFileThatIsCutShortMeanwhileKeepsWhatIsLeft) {
+    const TemporaryFolder folder;
+    const std::string head = "note\r\n$VARCHT;KEPT;1\r\n$VARCHT;X;";
+    const std::string path = folder.write("a.cht", head + "\r\n" + std::string(3000, 't') + "\r\n");
+    ChildProcess cutter("WriterProcess.DISABLED_Cuts", path);
+    Cchantier chantier;
+    chantier.m_cheminCht = path.c_str();
+    CStringArray fields;
+    std::string last;
+    for (std::size_t k = 0; k < 120; ++k) {
+        const std::string value = valueOf(k % 80), added = "T" + std::to_string(k);
+        if (chantier.Setvar("$VARCHT", "X", value.c_str()) == 2) last = value;
+        ASSERT_EQ(chantier.Getvar("$VARCHT", "KEPT", 0, fields), 1) << k;
+        ASSERT_EQ(chantier.Getvar("$VARCHT", "X", 0, fields), 1) << k;
+        EXPECT_EQ(fields[2].view(), last) << k;
+        chantier.Setvar("$VARCHT", added.c_str(), std::string(500, 't').c_str());
+    }
+    EXPECT_TRUE(cutter.wait());
+    EXPECT_EQ(chantier.Setvar("$VARCHT", "X", "end"), 2);
+    const std::string now = folder.read("a.cht");
+    EXPECT_TRUE(now.starts_with(head + "end") && now.find("\r\ntt") < 500 && now.size() > 1600) << now;
+    EXPECT_EQ(platform::theFiles().kind(folder.path("a.ch~").c_str()), FileKind::missing);
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ struct Subject {
     Records records;
     FieldPtr number = records->GetFields()->GetItem("NUM");
     Variant mark{};
+    std::string name{};  ///< one text for the names of all collected fields
 };
 using Argument = const std::string&;
 
@@ -70,6 +71,8 @@ const std::map<std::string, std::function<void(Subject& s, Argument a)>> moves =
     {"filter", [](auto& s, auto& a) { s.records->PutFilter(a); }},
     {"add", [](auto& s, auto&) { s.records->AddNew(); }},
     {"set", set},
+    {"put", [](auto& s, auto& a) { s.records->PutCollect(a.c_str(), "g"); }},
+    {"put-at", [](auto& s, auto& a) { s.records->PutCollect(std::stol(a), 7); }},
     {"update", [](auto& s, auto&) { s.records->Update(); }},
     {"cancel", [](auto& s, auto&) { s.records->CancelUpdate(); }},
     {"delete", [](auto& s, auto&) { s.records->Delete(); }},
@@ -85,6 +88,9 @@ const std::map<std::string, std::function<std::string(Subject& s, Argument a)>> 
     {"value", [](auto& s, auto& a) { return textOf(s.records, a); }},
     {"type",
      [](auto& s, auto& a) { return std::to_string(s.records->GetFields()->GetItem(a.c_str())->GetType()); }},
+    {"collect",
+     [](auto& s, auto& a) { return shown(Variant(s.records->GetCollectView(s.name.assign(a).c_str()))); }},
+    {"collect-at", [](auto& s, auto& a) { return shown(Variant(s.records->GetCollectView(std::stol(a)))); }},
     {"number", [](auto& s, auto&) { return shown(s.number->GetValue()); }},
     {"original", [](auto& s, auto&) { return shown(s.number->GetOriginalValue()); }},
     {"field", [](auto& s, auto& a) { return s.records->GetFields()->GetItem(a.c_str())->GetName(); }},
@@ -149,6 +155,10 @@ const struct Case {
      "field nom; field-at 2; type Jour; field Z; field-at 4", "NOM X 7 !cc1 !cc1 "},
     {"values come in their field's type", "value NUM; value NOM; value X; value JOUR; next; value X",
      "1 Église 0.5 06/01/2024 12:00:00 2 null "},
+    {"a value is collected by whatever text stands there, and by index",
+     "collect NUM; collect Nom; collect num; collect ZZZ; collect NUM; put-at 0; put nom; collect-at 0; "
+     "collect-at 1; collect-at 4; close",
+     "1 Église 1 !cc1 1 1 1 7 g !cc1 !c93 "},
     {"Find goes on from the current record",
      "find NOM = 'azur'; find NOM = 'azur'; refind NOM = 'azur'; refind NOM = 'azur'; find NUM = 1",
      "2 2 4 EOF !bcd "},
