@@ -21,9 +21,10 @@ class Replaced {
 };
 
 /// The place that holds one service: the system's own, or what was put there.
-template <class Service, class System>
+template <class Service>
 class ServicePlace {
   public:
+    explicit ServicePlace(Service& system) : m_system(system) {}
     Service& inForce() { return m_replacement != nullptr ? *m_replacement : m_system; }
     Service* replace(Service* service) {
         Service* before = m_replacement;
@@ -32,7 +33,7 @@ class ServicePlace {
     }
 
   private:
-    System m_system;
+    Service& m_system;
     Service* m_replacement = nullptr;
 };
 

@@ -1,14 +1,53 @@
 #include <cstring>
 
-#include <platform/clock.h>
-#include <platform/machine.h>
-#include <platform/prompt.h>
+#include <platform/replaceable.h>
+#include <platform/system_services.h>
 
 namespace platform {
+namespace {
+
+template <class Service, Service& (*system)()>
+ServicePlace<Service>& place() {
+    static ServicePlace<Service> only(system());
+    return only;
+}
+
+}  // namespace
 
 Clock::~Clock() = default;
 Machine::~Machine() = default;
 Prompt::~Prompt() = default;
+
+FileSystem& theFiles() {
+    return place<FileSystem, systemFiles>().inForce();
+}
+FileSystem* replaceFiles(FileSystem* files) {
+    return place<FileSystem, systemFiles>().replace(files);
+}
+Sockets& theSockets() {
+    return place<Sockets, systemSockets>().inForce();
+}
+Sockets* replaceSockets(Sockets* sockets) {
+    return place<Sockets, systemSockets>().replace(sockets);
+}
+Clock& theClock() {
+    return place<Clock, systemClock>().inForce();
+}
+Clock* replaceClock(Clock* clock) {
+    return place<Clock, systemClock>().replace(clock);
+}
+Machine& theMachine() {
+    return place<Machine, systemMachine>().inForce();
+}
+Machine* replaceMachine(Machine* machine) {
+    return place<Machine, systemMachine>().replace(machine);
+}
+Prompt& thePrompt() {
+    return place<Prompt, systemPrompt>().inForce();
+}
+Prompt* replacePrompt(Prompt* prompt) {
+    return place<Prompt, systemPrompt>().replace(prompt);
+}
 
 bool Prompt::chooseFile(FileQuestion&) {
     return false;

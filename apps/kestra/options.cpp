@@ -11,20 +11,21 @@ bool isOneOf(std::string_view word, Options::Names names) {
 }  // namespace
 
 Options::Options(Arguments arguments, Names withValue, Names withoutValue, Names words,
-                 std::size_t optional) {
+                 const Allowed& allowed) {
+    const std::string_view mark = allowed.negative ? "--" : "-";
     bool optionsEnded = false;
     for (std::size_t i = 0; i < arguments.size() && m_fault.empty(); ++i) {
         const std::string& word = arguments[i];
         if (!optionsEnded && word == "--")
             optionsEnded = true;
-        else if (!optionsEnded && word.size() > 1 && word[0] == '-')
+        else if (!optionsEnded && word.size() > 1 && word.starts_with(mark))
             i = takeOption(arguments, i, withValue, withoutValue);
-        else if (m_words.size() == words.size())
+        else if (m_words.size() == words.size() && !allowed.further)
             m_fault = "« " + word + " » est de trop";
         else
             m_words.push_back(word);
     }
-    if (m_fault.empty() && m_words.size() + optional < words.size())
+    if (m_fault.empty() && m_words.size() + allowed.absent < words.size())
         m_fault = "il manque " + std::string(words.begin()[m_words.size()]);
 }
 

@@ -13,10 +13,17 @@
 class Options {
   public:
     using Names = std::initializer_list<std::string_view>;
+    /// What may stand beside the words that are named.
+    struct Allowed {
+        std::size_t absent = 0;  ///< so many of the last ones may be left out
+        bool further = false;    ///< any number of others may follow
+        bool negative = false;   ///< words may begin with one "-", as negative values do
+    };
 
-    /// `words` name what the other words are, in their order, for the user: "le fichier à trier"; the last
-    /// `optional` ones may be left out.
-    Options(Arguments arguments, Names withValue, Names withoutValue, Names words, std::size_t optional = 0);
+    /// `words` name what the other words are, in their order, for the user: "le fichier à trier".
+    Options(Arguments arguments, Names withValue, Names withoutValue, Names words)
+        : Options(arguments, withValue, withoutValue, words, Allowed{}) {}
+    Options(Arguments arguments, Names withValue, Names withoutValue, Names words, const Allowed& allowed);
 
     /// What is wrong, for `refuseUsage`; empty when nothing is.
     const std::string& fault() const { return m_fault; }
@@ -27,7 +34,9 @@ class Options {
     std::string text(std::string_view option) const;
     /// All values given, joined by ';'.
     std::string list(std::string_view option) const;
-    /// One of the words that are no options; only without a fault.
+    /// The words that are no options.
+    const std::vector<std::string>& words() const { return m_words; }
+    /// One of them; only without a fault.
     const std::string& word(std::size_t index) const { return m_words[index]; }
     /// The same for one that may be left out; empty then.
     std::string optionalWord(std::size_t index) const { return index < m_words.size() ? m_words[index] : ""; }

@@ -84,7 +84,7 @@ int openAndShow(const _ConnectionPtr& connection, const Request& request, Termin
 
 int run(Arguments arguments, Terminal& terminal) {
     const Options options(arguments, {"--html", "--where", "--sort"}, {"--csv"},
-                          {"la base de données", "la table"}, 1);
+                          {"la base de données", "la table"}, {.absent = 1});
     Request request;
     if (const std::string fault = readRequest(options, request); !fault.empty())
         return refuseUsage(tableCommand, fault, terminal);

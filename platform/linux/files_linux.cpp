@@ -16,7 +16,7 @@
 
 #include <platform/cp1252.h>
 #include <platform/files.h>
-#include <platform/replaceable.h>
+#include <platform/system_services.h>
 
 #include "drive_paths.h"
 
@@ -278,18 +278,11 @@ class PosixFileSystem : public FileSystem {
     }
 };
 
-ServicePlace<FileSystem, PosixFileSystem>& place() {
-    static ServicePlace<FileSystem, PosixFileSystem> files;
-    return files;
-}
-
 }  // namespace
 
-FileSystem& theFiles() {
-    return place().inForce();
-}
-FileSystem* replaceFiles(FileSystem* files) {
-    return place().replace(files);
+FileSystem& systemFiles() {
+    static PosixFileSystem files;
+    return files;
 }
 
 }  // namespace platform

@@ -10,11 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include <platform/clock.h>
 #include <platform/cp1252.h>
-#include <platform/machine.h>
-#include <platform/prompt.h>
-#include <platform/replaceable.h>
+#include <platform/system_services.h>
 
 #include "drive_paths.h"
 
@@ -142,31 +139,19 @@ class TerminalPrompt : public Prompt {
     }
 };
 
-template <class Service, class System>
-ServicePlace<Service, System>& place() {
-    static ServicePlace<Service, System> service;
-    return service;
-}
-
 }  // namespace
 
-Clock& theClock() {
-    return place<Clock, PosixClock>().inForce();
+Clock& systemClock() {
+    static PosixClock clock;
+    return clock;
 }
-Clock* replaceClock(Clock* clock) {
-    return place<Clock, PosixClock>().replace(clock);
+Machine& systemMachine() {
+    static PosixMachine machine;
+    return machine;
 }
-Machine& theMachine() {
-    return place<Machine, PosixMachine>().inForce();
-}
-Machine* replaceMachine(Machine* machine) {
-    return place<Machine, PosixMachine>().replace(machine);
-}
-Prompt& thePrompt() {
-    return place<Prompt, TerminalPrompt>().inForce();
-}
-Prompt* replacePrompt(Prompt* prompt) {
-    return place<Prompt, TerminalPrompt>().replace(prompt);
+Prompt& systemPrompt() {
+    static TerminalPrompt prompt;
+    return prompt;
 }
 
 }  // namespace platform

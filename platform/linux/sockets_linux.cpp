@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include <platform/replaceable.h>
 #include <platform/sockets.h>
+#include <platform/system_services.h>
 
 namespace platform {
 namespace {
@@ -205,18 +205,11 @@ class PosixSockets : public Sockets {
 };
 thread_local int PosixSockets::t_lastError = 0;
 
-ServicePlace<Sockets, PosixSockets>& place() {
-    static ServicePlace<Sockets, PosixSockets> sockets;
-    return sockets;
-}
-
 }  // namespace
 
-Sockets& theSockets() {
-    return place().inForce();
-}
-Sockets* replaceSockets(Sockets* sockets) {
-    return place().replace(sockets);
+Sockets& systemSockets() {
+    static PosixSockets sockets;
+    return sockets;
 }
 
 }  // namespace platform

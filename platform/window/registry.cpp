@@ -33,8 +33,9 @@ class SystemRegistry : public Registry {
     LSTATUS flush(HKEY key) override { return ::RegFlushKey(key); }
 };
 
-ServicePlace<Registry, SystemRegistry>& place() {
-    static ServicePlace<Registry, SystemRegistry> only;
+ServicePlace<Registry>& place() {
+    static SystemRegistry system;
+    static ServicePlace<Registry> only(system);
     return only;
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include <platform/files.h>
-#include <platform/replaceable.h>
+#include <platform/system_services.h>
 #include <platform/windows/handle.h>
 
 namespace platform {
@@ -223,18 +223,11 @@ class WindowsFileSystem : public FileSystem {
     }
 };
 
-ServicePlace<FileSystem, WindowsFileSystem>& place() {
-    static ServicePlace<FileSystem, WindowsFileSystem> files;
-    return files;
-}
-
 }  // namespace
 
-FileSystem& theFiles() {
-    return place().inForce();
-}
-FileSystem* replaceFiles(FileSystem* files) {
-    return place().replace(files);
+FileSystem& systemFiles() {
+    static WindowsFileSystem files;
+    return files;
 }
 
 }  // namespace platform

@@ -4,10 +4,7 @@
 #include <ctime>
 #include <string>
 
-#include <platform/clock.h>
-#include <platform/machine.h>
-#include <platform/prompt.h>
-#include <platform/replaceable.h>
+#include <platform/system_services.h>
 #include <platform/windows/handle.h>
 
 #include <shellapi.h>  // wants <windows.h> before it
@@ -151,31 +148,19 @@ class MessageBoxPrompt : public Prompt {
     }
 };
 
-template <class Service, class System>
-ServicePlace<Service, System>& place() {
-    static ServicePlace<Service, System> service;
-    return service;
-}
-
 }  // namespace
 
-Clock& theClock() {
-    return place<Clock, WindowsClock>().inForce();
+Clock& systemClock() {
+    static WindowsClock clock;
+    return clock;
 }
-Clock* replaceClock(Clock* clock) {
-    return place<Clock, WindowsClock>().replace(clock);
+Machine& systemMachine() {
+    static WindowsMachine machine;
+    return machine;
 }
-Machine& theMachine() {
-    return place<Machine, WindowsMachine>().inForce();
-}
-Machine* replaceMachine(Machine* machine) {
-    return place<Machine, WindowsMachine>().replace(machine);
-}
-Prompt& thePrompt() {
-    return place<Prompt, MessageBoxPrompt>().inForce();
-}
-Prompt* replacePrompt(Prompt* prompt) {
-    return place<Prompt, MessageBoxPrompt>().replace(prompt);
+Prompt& systemPrompt() {
+    static MessageBoxPrompt prompt;
+    return prompt;
 }
 
 }  // namespace platform

@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include <platform/replaceable.h>
 #include <platform/sockets.h>
+#include <platform/system_services.h>
 #include <platform/windows/handle.h>
 
 // Functions of ws2_32 that the compiler's headers leave out.
@@ -163,18 +163,11 @@ class WindowsSockets : public Sockets {
     }
 };
 
-ServicePlace<Sockets, WindowsSockets>& place() {
-    static ServicePlace<Sockets, WindowsSockets> sockets;
-    return sockets;
-}
-
 }  // namespace
 
-Sockets& theSockets() {
-    return place().inForce();
-}
-Sockets* replaceSockets(Sockets* sockets) {
-    return place().replace(sockets);
+Sockets& systemSockets() {
+    static WindowsSockets sockets;
+    return sockets;
 }
 
 }  // namespace platform
