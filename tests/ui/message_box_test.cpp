@@ -352,8 +352,8 @@ TEST_F(MessageBoxWindow, EndsWithItsOwnerAndWithAKeyDown) {
               1);
 }
 
-TEST_F(MessageBoxWindow, AThousandRoundsLeaveNothingBehind) {
-    expectNothingLeft(1000, [](int i) {
+TEST_F(MessageBoxWindow, FourHundredRoundsLeaveNothingBehind) {
+    expectNothingLeft(400, [](int i) {
         WorkedBox box(nullptr, "Encore une\nfois", "Titre",
                       0x2C000043U | (i % 2 != 0 ? 0x02004000U : 0x40000U));
         box.SetTimeout(3, i % 2);
