@@ -21,19 +21,12 @@ TEST(ComboFich, FillsARealComboBoxAndKeepsItsText) {
     const std::string folders = folder.path("a") + ";;" + folder.path("b\\");
     const auto fill = [&](const char* file, const char* list) {
         EXPECT_EQ(ComboFich(&combo, file, list, 0), 1);
-        std::string items;
-        for (int i = 0; i < combo.GetCount(); ++i) {
-            CString text;
-            combo.GetLBText(i, text);
-            items += (i == combo.GetCurSel() ? "[" : "") + std::string(text.view()) +
-                     (i == combo.GetCurSel() ? "] " : " ");
-        }
-        return items;
+        return entriesOf(combo);
     };
-    EXPECT_EQ(fill("*.mod", folders.c_str()), "deux.mod trois.mod un.mod ");
+    EXPECT_EQ(fill("*.mod", folders.c_str()), "deux.mod|trois.mod|un.mod|");
     combo.SetCurSel(2);
-    EXPECT_EQ(fill((folder.path("a") + "\\*.mod").c_str(), nullptr), "deux.mod [un.mod] ");
-    EXPECT_EQ(fill((folder.path("b") + "/*.txt").c_str(), nullptr), "lu.txt ")
+    EXPECT_EQ(fill((folder.path("a") + "\\*.mod").c_str(), nullptr), "deux.mod|[un.mod]|");
+    EXPECT_EQ(fill((folder.path("b") + "/*.txt").c_str(), nullptr), "lu.txt|")
         << "the text is no longer in the list";
     EXPECT_EQ(ComboFich(nullptr, "*.mod", "", 0), -1);
     EXPECT_EQ(ComboFich(&combo, nullptr, "", 0), -1);

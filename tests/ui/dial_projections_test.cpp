@@ -2,76 +2,29 @@
 #include <kestra/dialogs/dial_projections.h>
 #include <kestra/dialogs/resource.h>
 #include <kestra/project/chantier.h>
-#include <platform/replaceable.h>
 #include <platform/window/controls.h>
-
-#include <functional>
 
 #include "../support/settings_folders.h"
 #include "ui_support.h"
 
-namespace {
-
-/// The real dialog, worked by what a test does once it is shown; at the latest cancel closes it.
-class WorkedDialog : public CDialProjections {
-  public:
-    explicit WorkedDialog(std::function<void(WorkedDialog&)> work) : m_work(std::move(work)) {}
-    std::string text(int id) const {
-        CString found;
-        GetDlgItemText(id, found);
-        return std::string(found.view());
-    }
-    std::vector<std::string> entries(int id) const {
-        CComboBox combo;
-        combo.Attach(GetDlgItem(id));
-        std::vector<std::string> all;
-        CString entry;
-        for (int i = 0; i < combo.GetCount(); ++i) {
-            combo.GetLBText(i, entry);
-            all.emplace_back(entry.view());
-        }
-        combo.Detach();
-        return all;
-    }
-    bool isEnabled(int id) const { return ::IsWindowEnabled(GetDlgItem(id)); }
-    void press(int id) { SendMessage(WM_COMMAND, MAKEWPARAM(id, BN_CLICKED)); }
-
-  protected:
-    BOOL OnInitDialog() override {
-        const BOOL result = CDialProjections::OnInitDialog();
-        PostMessage(WM_APP);
-        return result;
-    }
-    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
-        if (message == WM_APP) {
-            m_work(*this);
-            PostMessage(WM_COMMAND, IDCANCEL);
-        }
-        return CDialProjections::WindowProc(message, wParam, lParam);
-    }
-
-  private:
-    std::function<void(WorkedDialog&)> m_work;
-};
-
-}  // namespace
+using WorkedDialog = Worked<CDialProjections>;
 
 TEST(DialProjections, ShowsTheChoicesAndAppliesThem) {
     const SettingsFolders folders;
     folders.folder().write("network\\ini\\flat.mnt", "0 4 47 50 4 3 4 0 1 0 0. flat\n40 40 40 40");
     folders.network("projections", "[ALTITUDES]\nNGF=flat.mnt\n");
     std::strcpy(pvg.projection, "L-93 :");
-    std::string title, about, source;
-    std::vector<std::string> projections, altitudes, targetAltitudes;
-    WorkedDialog dialog([&](WorkedDialog& shown) {
-        CString caption;
-        shown.GetWindowText(caption);
-        title = caption.GetString();
-        about = shown.text(IDC_PROJ_TEXTE);
-        source = shown.text(IDC_PROJ_ORIGINE);
-        projections = shown.entries(IDC_PROJ_FINALE);
-        altitudes = shown.entries(IDC_ALTI_ORIGINE);
-        targetAltitudes = shown.entries(IDC_ALTI_FINALE);
+    const std::string altitudes = "|$Hauteur Ellipsoide|NGF=flat.mnt|";
+    WorkedDialog dialog;
+    dialog.work = [&](WorkedDialog& shown) {
+        EXPECT_EQ(textOf(shown), "Choix des systemes de Projection");
+        EXPECT_EQ(textOf(shown, IDC_PROJ_TEXTE), "Points levés");
+        EXPECT_EQ(textOf(shown, IDC_PROJ_ORIGINE), "L-93 :");
+        const std::string projections = entriesOf(shown.GetDlgItem(IDC_PROJ_FINALE));
+        EXPECT_TRUE(projections.starts_with("_Non Définie|_Locale|")) << projections;
+        EXPECT_NE(projections.find("|LZ93-CC41:|"), std::string::npos);
+        EXPECT_EQ(entriesOf(shown.GetDlgItem(IDC_ALTI_ORIGINE)), altitudes);
+        EXPECT_EQ(entriesOf(shown.GetDlgItem(IDC_ALTI_FINALE)), altitudes);
         EXPECT_EQ(::SendMessageA(shown.GetDlgItem(IDC_ALTI_FINALE), CB_GETDROPPEDWIDTH, 0, 0), 250);
         shown.press(IDOK);
         EXPECT_NE(shown.m_hWnd, nullptr) << "Enter does not close it";
@@ -80,17 +33,9 @@ TEST(DialProjections, ShowsTheChoicesAndAppliesThem) {
         shown.SetDlgItemText(IDC_ALTI_FINALE, "$Hauteur Ellipsoide");
         shown.SetDlgItemText(IDC_PROJ_DZ, "1,5");
         shown.press(IDC_PROJ_APPLIQUER);
-    });
+    };
     dialog.m_texte = "Points levés";
     ASSERT_EQ(dialog.Choose(3), IDOK);
-    EXPECT_EQ(title, "Choix des systemes de Projection");
-    EXPECT_EQ(about, "Points levés");
-    EXPECT_EQ(source, "L-93 :");
-    EXPECT_EQ(projections[0], "_Non Définie");
-    EXPECT_EQ(projections[1], "_Locale");
-    EXPECT_NE(std::find(projections.begin(), projections.end(), "LZ93-CC41:"), projections.end());
-    EXPECT_EQ(altitudes, (std::vector<std::string>{"", "$Hauteur Ellipsoide", "NGF=flat.mnt"}));
-    EXPECT_EQ(targetAltitudes, altitudes);
 
     // The window is gone; what was chosen converts.
     const double in[3] = {652381.123, 6862047.5, 35.2};
@@ -108,38 +53,40 @@ TEST(DialProjections, ShowsTheChoicesAndAppliesThem) {
 }
 
 TEST(DialProjections, TheModeSaysWhatMayBeEditedAndCancelChangesNothing) {
-    const int sourceSide[] = {IDC_PROJ_ORIGINE, IDC_ALTI_ORIGINE};
-    const int targetSide[] = {IDC_PROJ_FINALE, IDC_ALTI_FINALE, IDC_PROJ_DZ};
     for (int mode = 0; mode < 4; ++mode) {
-        WorkedDialog dialog([&](WorkedDialog& shown) {
-            for (const int id : sourceSide) EXPECT_EQ(shown.isEnabled(id), (mode & 1) != 0) << id;
-            for (const int id : targetSide) EXPECT_EQ(shown.isEnabled(id), (mode & 2) != 0) << id;
-            EXPECT_EQ(shown.text(IDC_PROJ_FINALE), "L-II :");
-        });
+        WorkedDialog dialog;
+        dialog.work = [mode](WorkedDialog& shown) {
+            const auto isEnabled = [&](int id) { return ::IsWindowEnabled(shown.GetDlgItem(id)) != 0; };
+            for (const int id : {IDC_PROJ_ORIGINE, IDC_ALTI_ORIGINE})
+                EXPECT_EQ(isEnabled(id), (mode & 1) != 0) << id;
+            for (const int id : {IDC_PROJ_FINALE, IDC_ALTI_FINALE, IDC_PROJ_DZ})
+                EXPECT_EQ(isEnabled(id), (mode & 2) != 0) << id;
+            EXPECT_EQ(textOf(shown, IDC_PROJ_FINALE), "L-II :");
+        };
         dialog.m_projFinale = "L-II :";
         EXPECT_EQ(dialog.Choose(mode), IDCANCEL);
         EXPECT_EQ(dialog.m_pFinale, nullptr);
     }
-    SilentPrompt prompt;
-    platform::Replaced inForce(platform::replacePrompt, prompt);
-    WorkedDialog dialog([&](WorkedDialog& shown) {
+    const AnsweringPrompt prompt;
+    WorkedDialog dialog;
+    dialog.work = [](WorkedDialog& shown) {
         shown.SetDlgItemText(IDC_PROJ_DZ, "1 m");
         shown.press(IDC_PROJ_APPLIQUER);
         EXPECT_NE(shown.m_hWnd, nullptr);
-    });
+    };
     EXPECT_EQ(dialog.Choose(3), IDCANCEL);
     EXPECT_EQ(prompt.asked, "Entrez un nombre.");
 }
 
 TEST(DialProjections, KeptAGridThatCannotBeLoadedIsSaidToNobodyAndUsedAllTheSame) {
-    SilentPrompt prompt;
-    platform::Replaced inForce(platform::replacePrompt, prompt);
-    WorkedDialog dialog([](WorkedDialog& shown) {
+    const AnsweringPrompt prompt;
+    WorkedDialog dialog;
+    dialog.work = [](WorkedDialog& shown) {
         shown.SetDlgItemText(IDC_PROJ_ORIGINE, "L-93 :");
         shown.SetDlgItemText(IDC_PROJ_FINALE, "L-93 :");
         shown.SetDlgItemText(IDC_ALTI_ORIGINE, "X=nowhere.mnt");
         shown.press(IDC_PROJ_APPLIQUER);
-    });
+    };
     ASSERT_EQ(dialog.Choose(3), IDOK);
     EXPECT_EQ(prompt.asked, "");
     ASSERT_NE(dialog.m_pAltiOrigine, nullptr);
@@ -151,30 +98,13 @@ TEST(DialProjections, KeptAGridThatCannotBeLoadedIsSaidToNobodyAndUsedAllTheSame
 TEST(DialProjections, BrowsingPutsThePathIntoTheControl) {
     const SettingsFolders folders;
     const std::string grid = folders.folder().write("network\\INI\\choix.mnt", "x");
-    WorkedDialog dialog([&](WorkedDialog& shown) {
-        static std::string wanted;
-        wanted = grid;
-        // Works the system's dialog as soon as it is there.
-        const auto answer = [](HWND, UINT, UINT_PTR timer, DWORD) {
-            const HWND chooser = ::GetLastActivePopup(::GetActiveWindow());
-            const HWND edit = ::FindWindowExA(nullptr, nullptr, "#32770", nullptr);
-            for (HWND window = edit; window != nullptr;
-                 window = ::FindWindowExA(nullptr, window, "#32770", nullptr)) {
-                if (::GetDlgItem(window, IDC_PROJ_APPLIQUER) != nullptr) continue;
-                HWND name = ::GetDlgItem(window, 0x47C);
-                if (name == nullptr) name = ::GetDlgItem(window, 0x480);
-                if (name == nullptr) continue;
-                ::KillTimer(nullptr, timer);
-                ::SetWindowTextA(name, wanted.c_str());
-                ::PostMessageA(window, WM_COMMAND, IDOK, 0);
-            }
-            (void)chooser;
-        };
-        ::SetTimer(nullptr, 0, 200, answer);
+    WorkedDialog dialog;
+    dialog.work = [&](WorkedDialog& shown) {
+        const DialogWorker answer(grid);
         shown.press(IDC_ALTI_PARCOURIR_FINALE);
-        EXPECT_EQ(shown.text(IDC_ALTI_FINALE), grid);
-        EXPECT_EQ(shown.text(IDC_ALTI_ORIGINE), "");
-    });
+        EXPECT_EQ(textOf(shown, IDC_ALTI_FINALE), grid);
+        EXPECT_EQ(textOf(shown, IDC_ALTI_ORIGINE), "");
+    };
     EXPECT_EQ(dialog.Choose(3), IDCANCEL);
 }
 
@@ -184,9 +114,7 @@ TEST(ProjectionCombo, IsFilledOnceAndSelects) {
     ASSERT_TRUE(combo.Create(WS_CHILD | CBS_DROPDOWNLIST, {0, 0, 100, 100}, &parent, 5));
     EXPECT_EQ(Cchantier::UpdateComboProjection("L-93 :", nullptr), -1);
     const int index = Cchantier::UpdateComboProjection("l-93 :", &combo);
-    CString entry;
-    combo.GetLBText(index, entry);
-    EXPECT_STREQ(entry, "L-93 :");
+    EXPECT_NE(entriesOf(combo).find("|[L-93 :]|"), std::string::npos);
     EXPECT_EQ(combo.GetCurSel(), index);
     const int count = combo.GetCount();
     EXPECT_EQ(Cchantier::UpdateComboProjection("*AUTO", &combo), -1);

@@ -1,4 +1,3 @@
-#include <chrono>
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -22,30 +21,36 @@ void pumpInput() {
     }
 }
 
-void sendKey(WORD key, bool down) {
-    INPUT input = {};
-    input.type = INPUT_KEYBOARD;
-    input.ki.wVk = key;
-    input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+void send(INPUT input) {
     ::SendInput(1, &input, sizeof input);
-}
-
-void pressKey(WORD key) {
-    sendKey(key, true);
-    sendKey(key, false);
     pumpInput();
 }
 
-void clickAt(const CWnd& window, POINT place, DWORD down, DWORD up) {
+void sendKey(WORD key, DWORD flags) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.dwFlags = flags;
+    send(input);
+}
+
+/// Presses a key, with another one held down.
+void pressKey(WORD key, WORD held = 0) {
+    if (held != 0) sendKey(held, 0);
+    sendKey(key, 0);
+    sendKey(key, KEYEVENTF_KEYUP);
+    if (held != 0) sendKey(held, KEYEVENTF_KEYUP);
+}
+
+void clickAt(const CWnd& window, POINT place) {
     window.ClientToScreen(&place);
-    for (const DWORD flags : {DWORD{MOUSEEVENTF_MOVE}, down, up}) {
+    for (const DWORD flags : {MOUSEEVENTF_MOVE, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
         INPUT input = {};
         input.type = INPUT_MOUSE;
         input.mi.dx = place.x * 65536 / ::GetSystemMetrics(SM_CXSCREEN) + 1;
         input.mi.dy = place.y * 65536 / ::GetSystemMetrics(SM_CYSCREEN) + 1;
         input.mi.dwFlags = flags | MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE;
-        ::SendInput(1, &input, sizeof input);
-        pumpInput();
+        send(input);
     }
 }
 
@@ -61,30 +66,20 @@ class EditListInput : public testing::Test {
 };
 
 TEST_F(EditListInput, RealKeysMoveTypeToggleAndDelete) {
+    const struct {
+        WORD key, held;
+        const char* current;
+    } cases[] = {{VK_DOWN, 0, "4,1"},         {'7', 0, "4,1"},       {VK_TAB, 0, "4,2"},
+                 {VK_RETURN, 0, "4,3"},       {VK_RETURN, 0, "4,4"}, {VK_TAB, VK_SHIFT, "4,3"},
+                 {VK_TAB, 0, "4,4"},          {VK_SPACE, 0, "4,4"},  {VK_RIGHT, 0, "4,5"},
+                 {VK_HOME, 0, "4,5"},         {VK_RIGHT, 0, "4,5"},  // the caret moved inside the text
+                 {VK_HOME, VK_CONTROL, "0,1"}};
     grid.SetCurrentSubItem(3, TestGrid::left);
-    pressKey(VK_DOWN);
-    EXPECT_EQ(grid.current(), "4,1");
-    pressKey('7');
-    EXPECT_EQ(grid.edited(), "7") << "typing replaces the text";
-    pressKey(VK_TAB);
-    EXPECT_EQ(grid.current() + grid.text(4, TestGrid::left), "4,27");
-    sendKey(VK_SHIFT, true);
-    pressKey(VK_TAB);
-    sendKey(VK_SHIFT, false);
-    EXPECT_EQ(grid.current(), "4,1");
-    for (int i = 0; i < 3; ++i) pressKey(VK_RETURN);
-    EXPECT_EQ(grid.current(), "4,4");
-    pressKey(VK_SPACE);
-    EXPECT_EQ(grid.text(4, TestGrid::check), "0");
-    pressKey(VK_RIGHT);
-    EXPECT_EQ(grid.current(), "4,5");
-    pressKey(VK_HOME);
-    pressKey(VK_RIGHT);
-    EXPECT_EQ(grid.current(), "4,5") << "the caret moved inside the text";
-    sendKey(VK_CONTROL, true);
-    pressKey(VK_HOME);
-    sendKey(VK_CONTROL, false);
-    EXPECT_EQ(grid.current(), "0,1");
+    for (const auto& each : cases) {
+        pressKey(each.key, each.held);
+        EXPECT_EQ(grid.current(), each.current) << each.key;
+    }
+    EXPECT_EQ(grid.text(4, TestGrid::left) + grid.text(4, TestGrid::check), "70") << "typed over, toggled";
     grid.SetCurrentSubItem(2, 0);
     pressKey(VK_DELETE);
     EXPECT_EQ(grid.GetItemCount(), 19);
@@ -110,17 +105,14 @@ TEST_F(EditListInput, TheReleaseOfASwallowedKeyIsSwallowedToo) {
 }
 
 TEST_F(EditListInput, ARealMouseEntersCellsAndTogglesChecks) {
-    constexpr DWORD down = MOUSEEVENTF_LEFTDOWN, up = MOUSEEVENTF_LEFTUP;
-    clickAt(grid, grid.middle(5, TestGrid::right), down, up);
+    clickAt(grid, grid.middle(5, TestGrid::right));
     EXPECT_EQ(grid.current() + " " + grid.edited(), "5,2 5,2");
     EXPECT_EQ(::GetFocus(), grid.m_RightEditor.m_hWnd);
-    clickAt(grid, grid.middle(7, TestGrid::check), down, up);
-    EXPECT_EQ(grid.text(7, TestGrid::check), "-1");
-    EXPECT_EQ(grid.selected(), "7 ");
-    sendKey(VK_CONTROL, true);
-    clickAt(grid, grid.middle(9, TestGrid::left), down, up);
-    sendKey(VK_CONTROL, false);
-    pumpInput();
+    clickAt(grid, grid.middle(7, TestGrid::check));
+    EXPECT_EQ(grid.text(7, TestGrid::check) + " " + grid.selected(), "-1 7 ");
+    sendKey(VK_CONTROL, 0);
+    clickAt(grid, grid.middle(9, TestGrid::left));
+    sendKey(VK_CONTROL, KEYEVENTF_KEYUP);
     EXPECT_EQ(grid.current() + " " + grid.selected(), "7,4 7 9 ");
 }
 
@@ -140,22 +132,19 @@ TEST_F(EditListInput, TwoGridsShareTheHookInAnyOrder) {
 }
 
 TEST_F(EditListInput, TheParentMayDestroyTheGridInANotification) {
+    const std::function<void(TestGrid&)> moves[] = {
+        [](TestGrid& each) { each.SetCurrentSubItem(2, TestGrid::left); },
+        [](TestGrid& each) { each.click(3, TestGrid::right); }, [](TestGrid&) { pressKey(VK_DOWN); },
+        [](TestGrid& each) { each.AddNew(); }};
     for (const bool object : {false, true}) {
-        auto victim = std::make_unique<TestGrid>(parent);
-        victim->SetFocus();
-        parent.onMove = [&] { object ? victim.reset() : static_cast<void>(victim->DestroyWindow()); };
-        victim->SetCurrentSubItem(2, TestGrid::left);
-        EXPECT_TRUE(victim == nullptr || victim->m_hWnd == nullptr);
-        victim = std::make_unique<TestGrid>(parent);
-        victim->click(3, TestGrid::right);
-        EXPECT_TRUE(victim == nullptr || victim->m_hWnd == nullptr);
-        victim = std::make_unique<TestGrid>(parent);
-        victim->SetFocus();
-        pressKey(VK_DOWN);
-        EXPECT_TRUE(victim == nullptr || victim->m_hWnd == nullptr);
-        victim = std::make_unique<TestGrid>(parent);
-        victim->AddNew();
-        parent.onMove = [] {};
+        for (const auto& move : moves) {
+            auto victim = std::make_unique<TestGrid>(parent);
+            victim->SetFocus();
+            parent.onMove = [&] { object ? victim.reset() : static_cast<void>(victim->DestroyWindow()); };
+            move(*victim);
+            parent.onMove = [] {};
+            EXPECT_TRUE(victim == nullptr || victim->m_hWnd == nullptr);
+        }
     }
 }
 
@@ -164,7 +153,6 @@ TEST_F(EditListInput, RowsAndColumnsMayVanishWhileEdited) {
     grid.type("orphelin");
     grid.SendMessage(LVM_DELETEITEM, 19);
     EXPECT_EQ(grid.SetCurrentSubItem(3, TestGrid::left), 1);
-    EXPECT_EQ(prompt.asked, "");
     EXPECT_EQ(grid.current(), "3,1");
     grid.type("colonne");
     grid.SendMessage(LVM_DELETECOLUMN, TestGrid::left);  // behind the grid's back
@@ -210,16 +198,15 @@ TEST_F(EditListInput, EditorsMayRefuseTheFocusOrGo) {
 TEST_F(EditListInput, AMegabyteInACell) {
     const std::string huge(1 << 20, 'W');
     grid.SetItemText(2, TestGrid::left, huge.c_str());
-    const auto start = std::chrono::steady_clock::now();
     grid.SetCurrentSubItem(2, TestGrid::left);
     grid.UpdateWindow();
     grid.SetCurrentSubItem(2, TestGrid::right);
     EXPECT_EQ(grid.text(2, TestGrid::left), huge);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 TEST_F(EditListInput, AHundredRoundsLeaveNoHandles) {
-    const auto round = [] {
+    const HandleLevels before;
+    expectNothingLeft(100, [](int) {
         HiddenParent owner;
         TestGrid each(owner, 3);
         CRecordButton navigator;
@@ -227,12 +214,13 @@ TEST_F(EditListInput, AHundredRoundsLeaveNoHandles) {
         each.LinkRecordButton(&navigator);
         each.SetCurrentSubItem(1, TestGrid::left);
         each.AddNew();
-    };
-    for (int i = 0; i < 3; ++i) round();
-    const HandleLevels before;
-    for (int i = 0; i < 100; ++i) round();
-    const HandleLevels after;
-    EXPECT_TRUE(after.heldSince(before)) << before.text() << " -> " << after.text();
+        for (const int height : {30, 40}) each.SetItemHeight(height);
+        each.SortColum(1);
+    });
+    std::vector<HPEN> lost;
+    for (int i = 0; i < 50; ++i) lost.push_back(::CreatePen(PS_SOLID, 1, RGB(3, 2, 1)));
+    EXPECT_GT(HandleLevels().gdi, before.gdi + 8) << "the measure sees what is lost";
+    for (const HPEN pen : lost) ::DeleteObject(pen);
 }
 
 }  // namespace

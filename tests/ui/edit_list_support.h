@@ -2,7 +2,6 @@
 #include <functional>
 
 #include <kestra/controls/edit_list_ctrl.h>
-#include <platform/replaceable.h>
 
 #include "ui_support.h"
 
@@ -58,12 +57,7 @@ class TestGrid : public CEditListCtrl {
         GetItemText(row, col, cell);
         return std::string(cell.view());
     }
-    std::string edited() {
-        if (m_pActiveEditor == nullptr) return "no editor";
-        CString cell;
-        m_pActiveEditor->GetWindowText(cell);
-        return std::string(cell.view());
-    }
+    std::string edited() { return m_pActiveEditor != nullptr ? textOf(*m_pActiveEditor) : "no editor"; }
     std::string current() const { return std::to_string(m_FocusRow) + "," + std::to_string(m_FocusSubItem); }
     /// The rows that are selected, with blanks between.
     std::string selected() const {
@@ -91,15 +85,4 @@ class TestGrid : public CEditListCtrl {
         ::SendMessageA(GetParent(), WM_NOTIFY, 77, reinterpret_cast<LPARAM>(&info));
     }
     void click(int row, int col) { click(static_cast<UINT>(NM_CLICK), row, col, middle(row, col)); }
-};
-
-/// Answers questions and keeps their texts.
-struct AnsweringPrompt : platform::Prompt {
-    platform::Answer answer = platform::answerYes;
-    std::string asked;
-    platform::Replaced<platform::Prompt> inForce{platform::replacePrompt, *this};
-    platform::Answer ask(unsigned, const char* text, const char*) override {
-        asked += text;
-        return answer;
-    }
 };

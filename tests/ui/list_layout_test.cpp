@@ -126,8 +126,7 @@ TEST_F(ListLayout, ACaptionOfMoreLinesMakesTheHeaderHigher) {
     TestList again(parent, 4);
     const LONG before = again.m_HeaderCtrl.GetWindowRect().Height();
     again.LoadHeadFromReg(path.c_str(), 0, nullptr);
-    EXPECT_GT(again.m_HeaderCtrl.GetWindowRect().Height(), 2 * before)
-        << again.m_HeaderCtrl.m_nLines << " " << again.m_HeaderCtrl.m_Height << shown(again);
+    EXPECT_GT(again.m_HeaderCtrl.GetWindowRect().Height(), 2 * before);
 }
 
 TEST_F(ListLayout, TheKeyMayBeTheCallersAndIsThenNotCleared) {
@@ -154,6 +153,10 @@ TEST_F(ListLayout, DamagedLayoutsNeverBreakAListAndStayWhereTheyAre) {
         bool replaced;  // by the automatic save
     };
     const std::string giant(5000, 'g');
+    const auto spoilWidths = [&] {
+        for (const char* key : {"\\Col_000", "\\Col_001", "\\Col_002", "\\Col_003"})
+            put(key, "Width", REG_BINARY, "xyz", 3);
+    };
     const Case cases[] = {
         {"nothing", [] {}, 6, 4, true},
         {"a number as text", [&] { put("", "NCol", REG_SZ, "4", 2); }, 6, 0, false},
@@ -165,18 +168,10 @@ TEST_F(ListLayout, DamagedLayoutsNeverBreakAListAndStayWhereTheyAre) {
         {"impossible sort state", [&] { put("", "m_ColSort", INT32_MIN); }, 6, 4, true},
         {"impossible height", [&] { put("", "ItemHeight", INT32_MAX); }, 6, 4, true},
         {"giant width", [&] { put("\\Col_001", "Width", INT32_MAX); }, 6, 3, true},
-        {"impossible position", [&] { put("\\Col_001", "Order", INT32_MIN); }, 6, 3, true},
         {"giant caption", [&] { put("\\Col_002", "Name", REG_SZ, giant.data(), 5000); }, 6, 4, true},
         {"caption of another type", [&] { put("\\Col_002", "Name", REG_BINARY, "x", 1); }, 6, 4, true},
         {"caption without an end", [&] { put("\\Col_002", "Name", REG_SZ, "c2", 2); }, 6, 4, true},
-        {"no usable width at all",
-         [&] {
-             for (const char* key : {"\\Col_000", "\\Col_001", "\\Col_002", "\\Col_003"}) {
-                 put(key, "Width", REG_BINARY, "xyz", 3);
-             }
-         },
-         6, 0, false},
-    };
+        {"no usable width at all", spoilWidths, 6, 0, false}};
     for (const Case& each : cases) {
         list.SaveHeadToReg(path.c_str(), nullptr);
         each.damage();
@@ -201,7 +196,7 @@ TEST_F(ListLayout, WhereTheRegistryRefusesNothingIsLostAndNoKeyStaysOpen) {
         TestList victim(parent, 4);
         const int restored = victim.LoadHeadFromReg(path.c_str(), 6, nullptr);
         victim.m_ColSort = 2;
-        if (restored == 0 && allowed > 0) registry.allowed = 1 << 30;
+        if (restored == 0) registry.allowed = 1 << 30;
         victim.DestroyWindow();
         registry.allowed = 1 << 30;
         EXPECT_EQ(registry.openKeys, 0) << allowed;

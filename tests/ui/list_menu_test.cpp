@@ -48,9 +48,10 @@ class ListMenu : public testing::Test {
     HiddenParent parent;
     MenuList list{parent, 5};
 
-    void expectWidths(const std::vector<int>& widths) {
-        for (int col = 0; col < 5; ++col)
-            EXPECT_EQ(list.GetColumnWidth(col), widths[static_cast<std::size_t>(col)]);
+    std::string widths() {
+        std::string all;
+        for (int col = 0; col < 5; ++col) all += std::to_string(list.GetColumnWidth(col)) + " ";
+        return all;
     }
 };
 
@@ -87,7 +88,7 @@ TEST_F(ListMenu, AllColumnsAreShownFromTheFirstThatIsNotFixed) {
     for (int col = 0; col < 5; ++col) list.SetColumnWidth(col, set[col]);
     list.m_nColumns = 0;
     list.choose(showAll, 0, 0);
-    expectWidths({-50, -80, 80, 10, 70});
+    EXPECT_EQ(widths(), "-50 -80 80 10 70 ");
 }
 
 TEST_F(ListMenu, ARightClickOnACaptionFindsItsColumn) {
@@ -101,102 +102,91 @@ TEST_F(ListMenu, ARightClickOnACaptionFindsItsColumn) {
     }
 }
 
-/// The chooser, answered as soon as it is shown.
-class AnsweredChooser : public CDialColonnes {
-  public:
-    AnsweredChooser(CLraListCtrl* list, int first, int answer, std::vector<bool> marks = {})
-        : CDialColonnes(list, first), m_answer(answer), m_marks(std::move(marks)) {}
-    std::string shown;  // captions, "+" in front of those with a check mark
-
-  protected:
-    BOOL OnInitDialog() override {
-        const BOOL result = CDialColonnes::OnInitDialog();
-        CListCtrl choices;
-        choices.Attach(GetDlgItem(IDC_COLONNES_LISTE));
-        for (int row = 0; row < choices.GetItemCount(); ++row) {
-            CString text;
-            choices.GetItemText(row, 0, text);
-            const bool checked = choices.GetItemState(row, LVIS_STATEIMAGEMASK) == 0x2000;
-            shown += (checked ? "+" : "") + std::string(text.view()) + "|";
-        }
-        for (int row = 0; row < static_cast<int>(m_marks.size()); ++row) {
-            const UINT mark = m_marks[static_cast<std::size_t>(row)] ? 0x2000 : 0x1000;
-            choices.SetItemState(row, mark, LVIS_STATEIMAGEMASK);
-        }
-        PostMessage(WM_COMMAND, static_cast<WPARAM>(m_answer));
-        return result;
+/// The captions that the chooser shows, "+" in front of those with a check mark.
+std::string choicesOf(const CWnd& chooser) {
+    CListCtrl choices;
+    choices.Attach(chooser.GetDlgItem(IDC_COLONNES_LISTE));
+    std::string all;
+    for (int row = 0; row < choices.GetItemCount(); ++row) {
+        CString text;
+        choices.GetItemText(row, 0, text);
+        all += (choices.GetItemState(row, LVIS_STATEIMAGEMASK) == 0x2000 ? "+" : "") +
+               std::string(text.view()) + "|";
     }
+    choices.Detach();
+    return all;
+}
 
-  private:
-    int m_answer;
-    std::vector<bool> m_marks;
-};
+void mark(const CWnd& chooser, std::initializer_list<bool> marks) {
+    LVITEMA item = {};
+    item.stateMask = LVIS_STATEIMAGEMASK;
+    WPARAM row = 0;
+    for (const bool marked : marks) {
+        item.state = marked ? 0x2000 : 0x1000;
+        ::SendDlgItemMessageA(chooser, IDC_COLONNES_LISTE, LVM_SETITEMSTATE, row++,
+                              reinterpret_cast<LPARAM>(&item));
+    }
+}
 
 TEST_F(ListMenu, TheChooserShowsAndHides) {
     list.m_HeaderCtrl.SetItemText(4, "deux\nlignes");
     list.SetColumnWidth(2, -80);
     list.SetColumnWidth(3, -4);
-    AnsweredChooser cancelled(&list, 1, IDCANCEL, {false, true});
-    EXPECT_EQ(cancelled.DoModal(), IDCANCEL);
-    EXPECT_EQ(cancelled.shown, "+c1|c2|c3|+deux lignes|");
-    expectWidths({60, 60, -80, -4, 60});
-    EXPECT_EQ(AnsweredChooser(&list, 1, IDOK, {false, true, true}).DoModal(), IDOK);
-    expectWidths({60, -60, 80, 10, 60});
-    EXPECT_EQ(AnsweredChooser(&list, 99, IDOK).DoModal(), IDOK) << "nothing to offer";
+    Worked<CDialColonnes> chooser(&list, 1);
+    chooser.work = [](auto& shown) {
+        EXPECT_EQ(choicesOf(shown), "+c1|c2|c3|+deux lignes|");
+        mark(shown, {false, true});
+    };
+    EXPECT_EQ(chooser.DoModal(), IDCANCEL);
+    EXPECT_EQ(widths(), "60 60 -80 -4 60 ");
+    chooser.work = [](auto& shown) {
+        mark(shown, {false, true, true});
+        shown.press(IDOK);
+    };
+    EXPECT_EQ(chooser.DoModal(), IDOK);
+    EXPECT_EQ(widths(), "60 -60 80 10 60 ");
     CLraListCtrl bare;
-    EXPECT_EQ(AnsweredChooser(&bare, 0, IDOK).DoModal(), IDOK) << "a list without a window";
+    for (const auto& [each, first] : {std::pair<CLraListCtrl*, int>{&list, 99}, {&bare, 0}}) {
+        Worked<CDialColonnes> empty(each, first);
+        empty.work = [](auto& shown) { shown.press(IDOK); };
+        EXPECT_EQ(empty.DoModal(), IDOK) << "nothing to offer, or a list without a window";
+    }
 }
 
 TEST_F(ListMenu, TheChooserMovesAndSetsWidths) {
-    struct Worked : AnsweredChooser {
-        Worked(CLraListCtrl* list, int answer) : AnsweredChooser(list, 1, answer) {}
-        BOOL OnInitDialog() override {
-            const BOOL result = AnsweredChooser::OnInitDialog();
+    const struct {
+        int last, answer;
+        const char *order, *widths;
+    } cases[] = {{IDC_COLONNES_TOUTES, IDCANCEL, "01234", "60 60 60 60 60 "},
+                 // The first column offered went down two places.
+                 {IDC_COLONNES_TOUTES, IDOK, "02314", "60 123 60 60 60 "},
+                 {IDC_COLONNES_AUCUNE, IDOK, "03124", "60 -123 -123 -60 -60 "}};
+    for (const auto& each : cases) {
+        Worked<CDialColonnes> chooser(&list, 1);
+        chooser.work = [&](auto& shown) {
             for (const int button :
                  {IDC_COLONNES_MONTER, IDC_COLONNES_DESCENDRE, IDC_COLONNES_DESCENDRE, IDC_COLONNES_AUCUNE})
-                SendMessage(WM_COMMAND, static_cast<WPARAM>(button));
+                shown.press(button);
             for (const char* width : {"5", "99999999999", "", "123"})
-                SetDlgItemText(IDC_COLONNES_LARGEUR, width);
-            if (toutes) SendMessage(WM_COMMAND, IDC_COLONNES_TOUTES);
-            return result;
-        }
-        bool toutes = true;
-    };
-    const auto order = [&] {
-        std::string all;
-        for (int place = 0; place < 5; ++place) all += std::to_string(list.m_HeaderCtrl.OrderToIndex(place));
-        return all;
-    };
-    Worked(&list, IDCANCEL).DoModal();
-    EXPECT_EQ(order(), "01234");
-    expectWidths({60, 60, 60, 60, 60});
-    Worked(&list, IDOK).DoModal();
-    EXPECT_EQ(order(), "02314") << "the first column offered went down two places";
-    expectWidths({60, 123, 60, 60, 60});
-    Worked none(&list, IDOK);
-    none.toutes = false;
-    none.DoModal();
-    EXPECT_EQ(order(), "03124");
-    expectWidths({60, -123, -123, -60, -60});
+                shown.SetDlgItemText(IDC_COLONNES_LARGEUR, width);
+            shown.press(each.last);
+            shown.press(each.answer);
+        };
+        chooser.DoModal();
+        EXPECT_EQ(list.order(), each.order);
+        EXPECT_EQ(widths(), each.widths);
+    }
 }
 
 TEST_F(ListMenu, TheChooserOpensOnCaptionsAndBesideThemOnly) {
-    static std::string caption;
-    for (const auto& [flags, wanted] : {std::pair{LVHT_ONITEMLABEL, "Choisir les colonnes"},
-                                        {LVHT_NOWHERE, "Choisir les colonnes"},
-                                        {LVHT_ABOVE, ""}}) {
-        caption.clear();
-        const UINT_PTR timer = ::SetTimer(nullptr, 0, 100, [](HWND, UINT, UINT_PTR, DWORD) {
-            char text[100] = {};
-            const HWND dialog = ::FindWindowA("#32770", nullptr);
-            if (dialog == nullptr) return;
-            ::GetWindowTextA(dialog, text, 100);
-            caption = text;
+    for (const auto& [flags, opens] : {std::pair{LVHT_ONITEMLABEL, 1}, {LVHT_NOWHERE, 1}, {LVHT_ABOVE, 0}}) {
+        int opened = 0;
+        const DialogWorker worker(IDC_COLONNES_LISTE, [&](HWND dialog) {
+            ++opened;
             ::PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
         });
         list.choose(choose, 2, static_cast<UINT>(flags));
-        ::KillTimer(nullptr, timer);
-        EXPECT_EQ(caption, wanted) << flags;
+        EXPECT_EQ(opened, opens) << flags;
     }
 }
 

@@ -107,14 +107,16 @@ TEST_F(LraHeader, OwnerDrawnCaptionHasAButtonATextAndAnArrow) {
     const DrawnCaption plain(list, 0, width);
     EXPECT_EQ(plain.GetPixel(0, 10), RGB(255, 0, 255)) << "the two leftmost pixels are not drawn";
     EXPECT_TRUE(plain.is(30, 10, COLOR_BTNFACE));
-    const DrawnCaption ascending(list, 2, width);
-    EXPECT_TRUE(ascending.is(right - 5, bottom - 3, COLOR_3DHILIGHT)) << "the tip is below";
-    EXPECT_TRUE(ascending.is(right - 5, top + 1, COLOR_3DHILIGHT)) << "the base is above";
-    EXPECT_TRUE(ascending.is(right - 9, top + 4, COLOR_3DDKSHADOW)) << "the left side is dark";
-    const DrawnCaption descending(list, -2, width);
-    EXPECT_TRUE(descending.is(right - 5, top + 1, COLOR_3DHILIGHT)) << "the tip is above";
-    EXPECT_TRUE(descending.is(right - 5, bottom - 3, COLOR_3DHILIGHT)) << "the base is below";
-    EXPECT_TRUE(descending.is(right - 9, bottom - 6, COLOR_3DDKSHADOW));
+    const struct {
+        int state;
+        LONG darkTop;  // of the left side: the tip is below, then above
+    } arrows[] = {{2, top + 4}, {-2, bottom - 6}};
+    for (const auto& [state, darkTop] : arrows) {
+        const DrawnCaption arrow(list, state, width);
+        EXPECT_TRUE(arrow.is(right - 5, bottom - 3, COLOR_3DHILIGHT)) << state;
+        EXPECT_TRUE(arrow.is(right - 5, top + 1, COLOR_3DHILIGHT)) << state;
+        EXPECT_TRUE(arrow.is(right - 9, darkTop, COLOR_3DDKSHADOW)) << state;
+    }
     EXPECT_EQ(DrawnCaption(list, 1, width), plain) << "another column is sorted";
     EXPECT_EQ(DrawnCaption(list, 2, 14), DrawnCaption(list, 0, 14)) << "no room for an arrow";
     header.m_SortCol = 2;

@@ -8,18 +8,13 @@ using controls::ShownColumn;
 using Stored = std::vector<std::optional<controls::StoredColumn>>;
 
 TEST(ColumnLayout, PathsOfLayoutsNeverNameABranchOfTheHive) {
-    struct Case {
-        const char *name, *path;
-    };
-    for (const Case& each : {Case{"Clients", "R\\F\\Clients"},
-                             {"Mes listes\\Clients", "Mes listes\\Clients"},
-                             {"\\Mes listes\\Clients\\", "Mes listes\\Clients"},
-                             {"", ""},
-                             {"\\", ""},
-                             {"\\\\\\", ""},
-                             {"Software\\", ""}}) {
-        EXPECT_EQ(controls::layoutPath("R", "F", each.name), each.path) << each.name;
-    }
+    const std::pair<const char*, const char*> cases[] = {{"Clients", "R\\F\\Clients"},
+                                                         {"Mes listes\\Clients", "Mes listes\\Clients"},
+                                                         {"\\Mes listes\\Clients\\", "Mes listes\\Clients"},
+                                                         {"", ""},
+                                                         {"\\\\\\", ""},
+                                                         {"Software\\", ""}};
+    for (const auto& [name, path] : cases) EXPECT_EQ(controls::layoutPath("R", "F", name), path) << name;
     EXPECT_EQ(controls::columnKeyName(0) + controls::columnKeyName(42) + controls::columnKeyName(1000),
               "Col_000Col_042Col_1000");
 }
@@ -83,41 +78,25 @@ TEST(ColumnLayout, EveryPermutationComesBackAsItWas) {
 
 TEST(ColumnLayout, DamagedValuesLeaveColumnsAsTheyAre) {
     constexpr std::int32_t least = INT32_MIN, most = INT32_MAX;
-    struct Case {
-        const char* what;
+    const struct {
         Stored saved;
         int flags, restored, damaged;
         const char* result;
-    };
-    for (const Case& each :
-         {Case{"no width", {{{"a", {}, 0}}}, 6, 0, 1, "Nom:50 Âge:0 Ville:70 "},
-          {"giant widths",
-           {{{"a", most, 0}}, {{"b", least, 1}}, {{"c", 10000, 2}}},
-           6,
-           1,
-           2,
-           "Nom:50 Âge:0 c:10000 "},
-          {"width good, position missing", {{{"a", 33, {}}}}, 6, 0, 1, "Nom:33 Âge:0 Ville:70 "},
-          {"unneeded values are not asked for", {{}, {}, {{"c", {}, {}}}}, 0, 1, 0, "Nom:50 Âge:0 c:70 "},
-          {"impossible positions",
-           {{{"a", 1, most}}, {{"b", 2, least}}, {{"c", 3, -1}}},
-           6,
-           0,
-           3,
-           "Nom:1 Âge:2 Ville:3 "},
-          {"positions beyond the last",
-           {{{"a", 1, 900}}, {{"b", 2, 70}}, {{"c", 3, 8}}},
-           6,
-           3,
-           0,
-           "c:3 b:2 a:1 "},
-          {"one position for all", {{{"a", 1, 1}}, {{"b", 2, 1}}, {{"c", 3, 1}}}, 6, 3, 0, "a:1 b:2 c:3 "},
-          {"more columns than the list has", Stored(9000, controls::StoredColumn{"x", 1, 1}), 7, 0, 0,
-           "Nom:50 Âge:0 Ville:70 "},
-          {"no name", {{{{}, 41, 0}}}, 7, 1, 0, "Nom:41 Âge:0 Ville:70 "}}) {
-        EXPECT_EQ(applied(each.saved, threeColumns, each.flags, each.restored), each.result) << each.what;
-        EXPECT_EQ(controls::planLayout(each.saved, threeColumns, each.flags).damaged, each.damaged)
-            << each.what;
+    } cases[] = {{{{{"a", {}, 0}}}, 6, 0, 1, "Nom:50 Âge:0 Ville:70 "},
+                 {{{{"a", most, 0}}, {{"b", least, 1}}, {{"c", 10000, 2}}}, 6, 1, 2, "Nom:50 Âge:0 c:10000 "},
+                 {{{{"a", 33, {}}}}, 6, 0, 1, "Nom:33 Âge:0 Ville:70 "},
+                 // Values that the flags do not need are not asked for.
+                 {{{}, {}, {{"c", {}, {}}}}, 0, 1, 0, "Nom:50 Âge:0 c:70 "},
+                 {{{{"a", 1, most}}, {{"b", 2, least}}, {{"c", 3, -1}}}, 6, 0, 3, "Nom:1 Âge:2 Ville:3 "},
+                 // Positions beyond the last, one position for all, more columns than the list has, no name.
+                 {{{{"a", 1, 900}}, {{"b", 2, 70}}, {{"c", 3, 8}}}, 6, 3, 0, "c:3 b:2 a:1 "},
+                 {{{{"a", 1, 1}}, {{"b", 2, 1}}, {{"c", 3, 1}}}, 6, 3, 0, "a:1 b:2 c:3 "},
+                 {Stored(9000, controls::StoredColumn{"x", 1, 1}), 7, 0, 0, "Nom:50 Âge:0 Ville:70 "},
+                 {{{{{}, 41, 0}}}, 7, 1, 0, "Nom:41 Âge:0 Ville:70 "}};
+    for (const auto& each : cases) {
+        SCOPED_TRACE(&each - cases);
+        EXPECT_EQ(applied(each.saved, threeColumns, each.flags, each.restored), each.result);
+        EXPECT_EQ(controls::planLayout(each.saved, threeColumns, each.flags).damaged, each.damaged);
     }
     EXPECT_EQ(controls::planLayout({{{"a", 1, 1}}}, {}, 7).restored, 0) << "a list without columns";
 }
