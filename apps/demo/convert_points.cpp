@@ -25,6 +25,14 @@ bool convertRecord(MyRecordsetPtr& records, bool hasHeight, CDialProjections& ch
     return records.Update(1) >= 0;
 }
 
+void rollBack(const _ConnectionPtr& connection) {
+    try {
+        connection->RollbackTrans();
+    } catch (const _com_error&) {
+        // The transaction ended with what made it fail.
+    }
+}
+
 }  // namespace
 
 PointConversion convertPoints(const _ConnectionPtr& connection, const char* table, CDialProjections& choice) {
@@ -33,15 +41,22 @@ PointConversion convertPoints(const _ConnectionPtr& connection, const char* tabl
     if (records.Open(table, connection, ado20::adCmdTable, ado20::adOpenKeyset, ado20::adLockOptimistic) <
             0 ||
         records.GetIndexFromName("X") < 0 || records.GetIndexFromName("Y") < 0)
-        return {0, 1};
+        return {.fault = std::string("La table ") + table + " n'a pas de champs X et Y"};
     const bool hasHeight = records.GetIndexFromName("Z") >= 0;
-    connection->BeginTrans();
-    int row = 1;
-    for (records.MoveFirst(); records.Eof() == 0 && result.failedRow == 0; records.MoveNext(), ++row)
-        if (!convertRecord(records, hasHeight, choice, result.converted)) result.failedRow = row;
-    if (result.failedRow == 0)
-        connection->CommitTrans();
-    else
-        connection->RollbackTrans();
+    bool begun = false;
+    try {
+        connection->BeginTrans();
+        begun = true;
+        int row = 1;
+        for (records.MoveFirst(); records.Eof() == 0 && result.failedRow == 0; records.MoveNext(), ++row)
+            if (!convertRecord(records, hasHeight, choice, result.converted)) result.failedRow = row;
+        if (result.failedRow == 0) {
+            connection->CommitTrans();
+            return result;
+        }
+    } catch (const _com_error& error) {
+        result.fault = error.Description();
+    }
+    if (begun) rollBack(connection);
     return result;
 }

@@ -8,6 +8,7 @@
 /// coordinates stay. All or none: the first point that cannot be converted or saved puts the others back.
 struct PointConversion {
     int converted = 0;
-    int failedRow = 0;  ///< counted from 1; 0 when all went well
+    int failedRow = 0;       ///< counted from 1; 0 when no point failed
+    std::string fault = {};  ///< what else went wrong; empty when nothing did
 };
 PointConversion convertPoints(const _ConnectionPtr& connection, const char* table, CDialProjections& choice);

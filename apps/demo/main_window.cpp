@@ -178,12 +178,15 @@ void MainWindow::convert() {
     if (choice.Choose(3) != IDOK) return;
     const PointConversion result = convertPoints(m_connection, m_tableName, choice);
     CString message;
-    if (result.failedRow == 0)
+    const bool isDone = result.failedRow == 0 && result.fault.empty();
+    if (isDone)
         message.Format("%d points convertis de %s en %s", result.converted, choice.m_projOrigine.GetString(),
                        choice.m_projFinale.GetString());
+    else if (!result.fault.empty())
+        message.Format("%s ; la table est restée comme elle était", result.fault.c_str());
     else
         message.Format("Ligne %d : point non converti ; la table est restée comme elle était",
                        result.failedRow);
     m_table.show(m_connection, m_tableName);
-    AfxMessageBox(message, result.failedRow == 0 ? platform::iconInformation : platform::iconExclamation);
+    AfxMessageBox(message, isDone ? platform::iconInformation : platform::iconExclamation);
 }

@@ -139,7 +139,7 @@ class Conversion {
             buffer.resize(buffer.size() * 2);
         }
         if (filled > 0) {
-            convertLine({buffer.data(), filled});
+            translate({buffer.data(), filled});
             m_text.pop_back();  // the last line had no end
         }
         return m_output.write(m_text) || fail("écriture impossible");
@@ -152,15 +152,16 @@ class Conversion {
         for (;;) {
             const std::size_t end = bytes.find('\n', start);
             if (end == std::string_view::npos) return start;
-            convertLine(bytes.substr(start, end - start));
+            translate(bytes.substr(start, end - start));
+            if (m_text.size() >= outputChunk && !m_output.write(m_text)) m_failed = true;
             start = end + 1;
         }
     }
-    void convertLine(std::string_view line) {
+    /// Adds a line to the text, with a line end.
+    void translate(std::string_view line) {
         const char* reason = m_lines.convert(line, m_text);
         if (reason != nullptr && m_lines.badLines() <= mostMessages)
             m_terminal.error("ligne " + std::to_string(m_lines.lines()) + " : " + reason + '\n');
-        if (m_text.size() >= outputChunk && !m_output.write(m_text)) m_failed = true;
     }
     bool fail(const char* reason) {
         m_terminal.error(std::string("kestra convert : ") + reason + '\n');

@@ -38,16 +38,17 @@ std::string lineOf(const ProjectVariable& variable) {
     return line + '\n';
 }
 
-/// First value of the last line of a variable among the project's.
+/// First value of the last line of a variable, of the project's own lines where there is one.
 struct KnownValue {
     std::string_view section, name;
     std::string value = {};
+    bool isOwn = false;
 
     void take(const ProjectVariable& variable) {
-        const bool wins = !variable.included || value.empty();
+        const bool wins = !variable.included || !isOwn;
         if (wins && variable.values.GetSize() > 0 && variable.section.CompareNoCase(section.data()) == 0 &&
             variable.name.CompareNoCase(name.data()) == 0)
-            value = variable.values[0].view();
+            value = variable.values[0].view(), isOwn = !variable.included;
     }
 };
 
@@ -106,13 +107,13 @@ int show(Arguments arguments, Terminal& terminal) {
 }
 
 /// A line as `Getvar` returns it: section, name, values.
-std::string answerOf(const CStringArray& fields, bool asJson) {
+std::string answerOf(const CStringArray& fields, bool included, bool asJson) {
     CStringArray values;
     for (int i = 2; i < fields.GetSize(); ++i) values.Add(fields[i]);
     if (!asJson) return joined(textsOf(values, false)) + '\n';
-    const bool included = fields[1].view().starts_with("**");
+    const bool marked = included && fields[1].view().starts_with("**");
     return json::object({{"section", json::text(fields[0].view())},
-                         {"name", json::text(fields[1].view().substr(included ? 2 : 0))},
+                         {"name", json::text(fields[1].view().substr(marked ? 2 : 0))},
                          {"values", json::array(textsOf(values, true))},
                          {"included", json::truth(included)}});
 }
@@ -123,9 +124,10 @@ int get(Arguments arguments, Terminal& terminal) {
     Cchantier project;
     project.m_cheminCht = projectPath(words.names[0]).c_str();
     std::vector<std::string> answers;
-    const int lines =
-        VisitFoundLines(project, sectionTag(words.names[1]).c_str(), words.names[2].c_str(),
-                        [&](const CStringArray& fields) { answers.push_back(answerOf(fields, words.json)); });
+    const int lines = VisitFoundLines(project, sectionTag(words.names[1]).c_str(), words.names[2].c_str(),
+                                      [&](const CStringArray& fields, bool included) {
+                                          answers.push_back(answerOf(fields, included, words.json));
+                                      });
     if (lines < 0) return failProject(projectGet, words.names[0], cannotOpen, terminal);
     if (words.json) {
         terminal.output(json::array(answers) + '\n');

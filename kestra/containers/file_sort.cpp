@@ -154,24 +154,41 @@ bool writeLines(platform::File& file, const std::vector<Line>& lines, const Cont
     return writer.flush();
 }
 
-/// Gives the file's present content the backup's name; a backup on another drive is a copy. False when the
-/// file still has its own name.
-bool backUp(const char* file, const Content& content) {
-    if (DOS::Rename(file, backupName, 1) != 0) return true;
-    platform::replaceWholeFile(backupName, {content.bytes.get(), static_cast<std::size_t>(content.size)});
-    return false;
+enum class Backup { none, renamed, copied };
+
+/// Gives the file's present content the backup's name; a backup on another drive is a copy.
+Backup backUp(const char* file, const Content& content) {
+    if (theFiles().absolute(file) == theFiles().absolute(backupName))
+        return Backup::copied;  // under its own name
+    if (DOS::Rename(file, backupName, 1) != 0) return Backup::renamed;
+    const std::string_view bytes(content.bytes.get(), static_cast<std::size_t>(content.size));
+    return platform::replaceWholeFile(backupName, bytes) ? Backup::copied : Backup::none;
+}
+
+/// A file beside `file` that nobody has; `name` becomes its name.
+std::unique_ptr<platform::File> newFileBeside(const char* file, std::string& name) {
+    constexpr int mostAttempts = 100;
+    std::unique_ptr<platform::File> made;
+    for (int i = 0; made == nullptr && i < mostAttempts; ++i) {
+        name = file + std::string(newFileExtension) + (i > 0 ? std::to_string(i) : "");
+        made = theFiles().open(name.c_str(), platform::OpenMode::createNew);
+    }
+    return made;
 }
 
 /// Writes the lines beside the file and puts them in its place, the present content in the backup's.
 bool replaceFile(const char* file, const std::vector<Line>& lines, const Content& content, bool descending,
                  Progress& progress) {
-    const std::string newFile = std::string(file) + newFileExtension;
+    std::string newFile;
     bool ready = false;
-    if (const auto out = theFiles().open(newFile.c_str(), platform::OpenMode::create)) {
+    if (const auto out = newFileBeside(file, newFile)) {
         ready = writeLines(*out, lines, content, descending, progress);
-        // Without a backup the new content must be on the disk before it replaces the only copy of the old
-        // one.
-        if (ready && !backUp(file, content)) ready = out->sync();
+        theFiles().copyIdentity(file, newFile.c_str());
+        const Backup backup = ready ? backUp(file, content) : Backup::none;
+        // What still has the file's own name must not go before the new content is on the disk.
+        ready = backup == Backup::renamed || (backup == Backup::copied && out->sync());
+    } else {
+        return false;
     }
     if (ready && DOS::Rename(newFile.c_str(), file, 1) != 0) return true;
     if (theFiles().kind(file) == platform::FileKind::missing) DOS::Rename(backupName, file, 0);

@@ -212,7 +212,7 @@ AltiConvert* gridOfChoice(const char* choice) {
 }
 
 std::vector<std::string> projectionChoices(const char* selection) {
-    if (CtesProj::g_pFirstCtesProj == nullptr) CtesProj::GetProjection("*");
+    CtesProj::GetProjection("*");  // Conversions load the projections that they use only.
     std::vector<std::string> choices;
     if (selection != nullptr && selection[0] == '*' && selection[1] == 'A')
         choices.emplace_back("_AUTO (Lambert)");

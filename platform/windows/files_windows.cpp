@@ -75,13 +75,14 @@ class WindowsFile : public File {
     bool lock(int milliseconds) override {
         // One byte far behind any content: it keeps other lockers out, not readers.
         OVERLAPPED position = positionOf(INT64_MAX - 1);
-        for (int waited = 0;; waited += 2) {
+        const ULONGLONG end = ::GetTickCount64() + static_cast<ULONGLONG>(milliseconds);
+        for (;;) {
             if (::LockFileEx(m_handle.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
                              &position))
                 return true;
             if (::GetLastError() != ERROR_LOCK_VIOLATION && ::GetLastError() != ERROR_IO_PENDING)
                 return false;
-            if (waited >= milliseconds) return false;
+            if (::GetTickCount64() >= end) return false;
             ::Sleep(2);
         }
     }

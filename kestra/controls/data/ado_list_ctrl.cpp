@@ -174,7 +174,9 @@ int CAdoListCtrl::UpdateBookmarks() {
 
 bool CAdoListCtrl::MoveToRow(int row) {
     if (row < 0 || row >= records()) return false;
-    return m_Recordset.m_Position == row || m_Recordset.Move(row, -1) == 0;
+    if (m_Recordset.m_Position == row || m_Recordset.Move(row, -1) == 0) return true;
+    m_Recordset.m_Position = -1;  // On no row of the list: the next move is not taken for done.
+    return false;
 }
 
 std::int64_t CAdoListCtrl::RowsRead() const {

@@ -531,6 +531,9 @@ void Recordset::insertRow() {
 
 void Recordset::updateRow() {
     View& view = *m_view;
+    const auto isKey = [&](std::size_t column) { return view.source.columns[column].isKey; };
+    // Keys are read on from the last one known, which is about to be another.
+    if (std::any_of(m_pendingColumns.begin(), m_pendingColumns.end(), isKey)) completeKeys();
     if (!view.update || view.updateColumns != m_pendingColumns) {
         std::string assignments;
         for (const std::size_t column : m_pendingColumns)
@@ -545,7 +548,7 @@ void Recordset::updateRow() {
     view.update.run();
     if (sqlite3_changes(view.source.database->handle()) == 0) throw _com_error(hrDeletedRow);
     for (const std::size_t column : m_pendingColumns)
-        if (view.source.columns[column].isKey && !m_pending[column].isNull())
+        if (isKey(column) && !m_pending[column].isNull())
             view.keys.replace(m_index, m_pending[column].view().integer);
     view.page.refresh(view.keys, m_index);
 }
