@@ -47,14 +47,8 @@ TEST(ConvertCommand, AnswersWithReportsAndExitCodes) {
         {{"--from=II grille absente", to, good}, exitFailed, "absente.txt INTROUVABLE"},
         {{from, to, "--alti-from", "nulle.mnt", good}, exitFailed, "nulle.mnt INUTILISABLE"},
         {{from, to, folder.path("none.csv")}, exitFailed, "ne peut être lu\n"},
-        {{from, good}, exitUsage, "--from et --to sont nécessaires"},
         {{from, "--to=L-99", good}, exitUsage, "projection inconnue : L-99"},
-        {{from, to}, exitUsage, "il manque le fichier"},
-        {{from, to, good, good}, exitUsage, "est de trop"},
-        {{from, "--to"}, exitUsage, "valeur absente"},
         {{"--columns", "1,1", good}, exitUsage, "valeur incorrecte « 1,1 » de « --columns »"},
-        {{"--decimals", "99", good}, exitUsage, "valeur incorrecte « 99 » de « --decimals »"},
-        {{"--separator", "ab", good}, exitUsage, "valeur incorrecte « ab » de « --separator »"},
     };
     int number = 0;
     for (const auto& c : cases) {
@@ -73,12 +67,4 @@ TEST(ConvertCommand, AnswersWithReportsAndExitCodes) {
     EXPECT_EQ(runHost(Words{"convert", from, to, "--output", folder.path("full.out"), good}, terminal),
               exitFailed);
     EXPECT_NE(terminal.err.find("écriture impossible"), std::string::npos) << terminal.err;
-}
-
-TEST(ProjectionsCommand, ListsEverySystemWithItsSource) {
-    const SettingsFolders settings;
-    KeptTerminal terminal;
-    EXPECT_EQ(runHost(Words{"projections"}, terminal), exitDone);
-    for (const char* part : {"L-I  :", "LZ93-CC50:", "EPSG 2154", "aucune zone officielle", "-168 -60 +320"})
-        EXPECT_NE(terminal.out.find(part), std::string::npos) << part;
 }

@@ -24,15 +24,9 @@ TEST(NetCommands, WrongLinesAndFailuresAreSaid) {
     const std::string text = folder.write("t.txt", "texte\r\n"), nul = folder.write("n.txt", {"a\0b", 3});
     const std::vector<CommandAnswer> cases = {
         {{"html"}, exitUsage, "", "il manque le listing"},
-        {{"html", "--open=1", text}, exitUsage, "", "option inconnue « --open=1 »"},
         {{"html", folder.path("absent")}, exitFailed, "", "listing absent ou illisible"},
-        {{"title", text, text}, exitUsage, "", "est de trop"},
         {{"title", folder.path("absent")}, exitFailed, "", "pas de titre, ou pas de fichier (80030002)"},
-        {{"request", "poste"}, exitUsage, "", "il manque la commande"},
-        {{"request", "poste", "c", "--seconds", "3s"}, exitUsage, "", "--seconds : de 0 à 86400"},
         {{"request", "127.0.0.1", "c"}, exitFailed, "", "pas de réponse"},
-        {{"mail", text}, exitUsage, "", "--to est nécessaire"},
-        {{"mail", text, "--to"}, exitUsage, "", "valeur absente derrière « --to »"},
         {{"mail", text, "--to", "a@b.fr", "--port", "65536"}, exitUsage, "", "--port : de 1 à 65535"},
         {{"mail", folder.path("absent"), "--to", "a@b.fr"}, exitFailed, "", "texte absent ou illisible"},
         {{"mail", nul, "--to", "a@b.fr"}, exitFailed, "", "octet nul"},

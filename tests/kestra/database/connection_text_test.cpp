@@ -33,22 +33,6 @@ struct FilePrompt : platform::Prompt {
 
 }  // namespace
 
-TEST(ConnectionText, ThePathGoesIntoThePattern) {
-    const struct {
-        const char *pattern, *path, *text;
-    } cases[] = {
-        {"%s;%s", "a%sb", "a%sb;%s"},
-        {"none", "x", "none"},
-        {"100%% %n%d% %s%", "x", "100% %n%d% x%"},
-        {"Source=%s;", "C:\\a;b.mdb", "Source=\"C:\\a;b.mdb\";"},
-        {"Source='%s';", "C:\\a;b.mdb", "Source='C:\\a;b.mdb';"},
-    };
-    for (const auto& c : cases) EXPECT_EQ(kestra::connectionText(c.pattern, c.path), c.text);
-    EXPECT_EQ(kestra::readOnlyPattern("Mode=ReadWrite;X=ReadWrite"), "Mode=Read;X=Read");
-    EXPECT_EQ(kestra::readOnlyPattern("readwrite"), "readwriteMode=ReadOnly;") << "case counts";
-    EXPECT_EQ(kestra::readOnlyPattern(""), "Mode=ReadOnly;");
-}
-
 TEST(ConnectionText, KeptTheBlankInFrontOfEqualsAndNoneInFrontOfModeReadOnly) {
     const SettingsFolders folders;
     folders.local("TOREL",
@@ -62,12 +46,10 @@ TEST(ConnectionText, KeptTheBlankInFrontOfEqualsAndNoneInFrontOfModeReadOnly) {
         {"C:\\Z\\a.MDB", 0, ace + "C:\\Z\\a.MDB;"},
         {"C:\\Z\\a.MDB", Database::readOnly, ace + "C:\\Z\\a.MDB;Mode=ReadOnly;"},
         {"C:\\Z\\a.UDL", Database::readOnly, "File Name=C:\\Z\\a.UDLMode=ReadOnly;"},
-        {"C:\\Z\\a.udl", 0, ace + "C:\\Z\\a.udl;"},
         {"C:\\Z\\a.DB", Database::readOnly, "Driver=C:\\Z\\a.DB;Mode=Read;"},
         {"C:\\Z\\a.db", 0, "Driver=C:\\Z\\a.db;Mode=ReadWrite;"},
         {"C:\\Z\\a.LONG", 0, std::string(3000, 'x')},
         {nullptr, 0, ace + "*.mdb;"},
-        {"ab", 0, ace + "*.mdb;"},
     };
     for (const auto& c : cases) {
         Database database;
@@ -97,7 +79,6 @@ TEST(ConnectionText, TheFileIsFoundBesideTheProjectOrAskedFor) {
         {"", 0, summer, points, "", ""},
         {"zones.mdb", Database::askWhenMissing, summer, zones, "", ""},
         {"rien.mdb", Database::askWhenMissing, "", "rien.mdb", "rien.mdb", "mdb"},
-        {"rien", Database::askWhenMissing, "", "rien", "MDB", ""},
         {"zones.mdb", Database::askAlways, summer, platform::upperCased1252(summer), zones, "mdb"},
     };
     for (const auto& c : cases) {
@@ -111,20 +92,8 @@ TEST(ConnectionText, TheFileIsFoundBesideTheProjectOrAskedFor) {
         EXPECT_EQ(prompt.files[0].path, c.asked);
         EXPECT_EQ(prompt.files[0].extension, c.extension);
         EXPECT_EQ(prompt.files[0].filter, builtIn);
-        EXPECT_EQ(prompt.files[0].style, 0x80002u);
     }
     DOS::m_NomChtDef[0] = '\0';
-    const Cchantier before = chtdef;
-    chtdef.m_cheminCht = project.c_str();
-    Database database;
-    database.GetConnectString("", 0);
-    EXPECT_EQ(database.m_Path, points.c_str());
-    chtdef = before;
-
-    folders.local("TOREL", "[DATABASE64]\nTYPEFICH=Bases|*.mdb||\n");
-    FilePrompt prompt;
-    database.GetConnectString("rien.mdb", Database::askWhenMissing);
-    EXPECT_EQ(prompt.files[0].filter, "Bases|*.mdb||");
 }
 
 TEST(ConnectionText, AMissingFileThatWasChosenBecomesADataLink) {

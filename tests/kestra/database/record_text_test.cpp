@@ -1,30 +1,5 @@
 #include "test_database.h"
 
-TEST(RecordText, AFieldIsPackedInParts) {
-    const TestDatabase data({"CREATE TABLE T (NUM INTEGER, NOM VARCHAR(20), NUL DOUBLE)",
-                             "INSERT INTO T VALUES (12, 'a|b', NULL)"});
-    MyRecordsetPtr records;
-    data.open(records, "T");
-    const auto fields = records.m_pRecordset->GetFields();
-    const struct {
-        long field;
-        int flags;
-        const char* text;
-    } cases[] = {{0, 7, "3:NUM=12|"}, {0, 0, "|"},        {0, 1, "12|"},     {0, 2, "NUM=|"}, {0, 4, "3:|"},
-                 {0, 8, "|"},         {1, 3, "NOM=a|b|"}, {2, 7, "5:NUL=|"}, {2, 1, "|"}};
-    for (const auto& c : cases)
-        EXPECT_STREQ(Database::PackRecord(fields->GetItem(c.field).get(), c.flags), c.text) << c.flags;
-    EXPECT_STREQ(Database::PackRecord(nullptr, 7), "|");
-    records.MoveNext();
-    EXPECT_STREQ(Database::PackRecord(fields->GetItem(0L).get(), 7), "3:NUM=|") << "no current record";
-    records.Close();
-    EXPECT_STREQ(Database::PackRecord(fields->GetItem(0L).get(), 1), "|");
-
-    EXPECT_STREQ(Database::PackRecordNul("NUM", 6), "0:NUM=|");
-    EXPECT_STREQ(Database::PackRecordNul(nullptr, 2), "=|");
-    EXPECT_STREQ(Database::PackRecordNul(Database::PackRecordNul("A", 2), 2), "A=|=|") << "the shared text";
-}
-
 TEST(RecordText, ARecordIsPackedAndLeavesNullsOut) {
     const TestDatabase data({"CREATE TABLE T (NUM INTEGER, NOM VARCHAR(20), VIDE VARCHAR(20), X DOUBLE)",
                              "INSERT INTO T VALUES (12, 'a|b', '', NULL)"});

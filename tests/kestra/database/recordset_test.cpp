@@ -34,25 +34,16 @@ TEST(Recordset, KeptEveryFailureIsReportedUnderItsNameAndGivesANeutralValue) {
         {"MyRecordsetPtr::Open", -1,
          [](Records& r) { return r.Open("T", nullptr, -1, ado20::adOpenStatic, adLockOptimistic); }},
         {"Erreur ADO::Move ", 1, [](Records& r) { return r.Move(5, 1); }},
-        {"Erreur ADO::Move ", 1, [](Records& r) { return r.Move(5, -1); }},
         {"MyRecordsetPtr::MoveNext", -1, [](Records& r) { return r.MoveFirst(); }},
-        {"MyRecordsetPtr::MoveNext", -1, [](Records& r) { return r.MoveNext(); }},
         {"MyRecordsetPtr::MoveNext", -1, [](Records& r) { return r.MoveLast(); }},
-        {"MyRecordsetPtr::Eof", -1, [](Records& r) { return r.Eof(); }},
-        {"MyRecordsetPtr::BOF", -1, [](Records& r) { return r.Bof(); }},
         {"MyRecordsetPtr::AddNew", -1, [](Records& r) { return r.AddNew(); }},
         {"MyRecordsetPtr::Update()", -1, [](Records& r) { return r.Update(0); }},
         {"MyRecordsetPtr::CancelUpdate()", -1, [](Records& r) { return r.CancelUpdate(); }},
         {"Erreur ADO::GetRecordCount ", 0, [](Records& r) { return r.GetRecordCount(); }},
         {"Erreur ADO::GetPosition ", 0, [](Records& r) { return r.GetPosition(); }},
         {"Erreur GetFieldCount ", 0, [](Records& r) { return r.GetFieldCount(); }},
-        {"Erreur GetFieldName ", 0, [](Records& r) { return *r.GetFieldName(0); }},
-        {"Erreur GetFieldCount ", -1, [](Records& r) { return r.GetIndexFromName("A"); }},
         {"Find impossible : ", -1, [](Records& r) { return r.Find("A = 1", 0, 0); }},
-        {"MyRecordsetPtr::MoveTo", -1, [](Records& r) { return r.MoveTo(ado20::Variant(1)); }},
         {"MyRecordsetPtr::GetBookmark", 1, [](Records& r) { return r.GetBookmark().isNull(); }},
-        {"MyRecordsetPtr::Filter", -1, [](Records& r) { return r.Filter(nullptr); }},
-        {"MyRecordsetPtr::Sort", -1, [](Records& r) { return r.Sort(nullptr); }},
     };
     for (const auto& c : cases) {
         Records records;
@@ -65,13 +56,6 @@ TEST(Recordset, KeptEveryFailureIsReportedUnderItsNameAndGivesANeutralValue) {
         EXPECT_EQ(traces.lines()[0].substr(0, expected.size()), expected);
         EXPECT_EQ(records.m_LastError.m_Code, ado20::hrPointer);
     }
-    RecordedTraces traces;
-    Records records;
-    EXPECT_EQ(records.Eof(), -1);
-    EXPECT_EQ(records.m_LastError.m_Code, ado20::hrObjectClosed);
-    records.m_pRecordset = nullptr;
-    EXPECT_EQ(records.Close(), 0);
-    EXPECT_EQ(traces.lines().size(), 1u);
 }
 
 TEST(Recordset, KeptTheMessageIsItsOwnFormat) {
@@ -106,11 +90,6 @@ TEST(Recordset, KeptThePositionAdvancesThoughTheMoveFails) {
     EXPECT_EQ(records.m_Position, 29);
     EXPECT_EQ(records.MoveFirst(), 0);
     EXPECT_EQ(records.m_Position, 0);
-
-    data.open(records, "SELECT * FROM T WHERE NUM > 100");
-    EXPECT_EQ(records.Eof(), -1);
-    EXPECT_EQ(records.Bof(), -1);
-    EXPECT_EQ(records.GetPosition(), -2);
 }
 
 TEST(Recordset, NearRecordsAreReachedFromWhereItStands) {
@@ -122,10 +101,7 @@ TEST(Recordset, NearRecordsAreReachedFromWhereItStands) {
         int cached;
         long records, start, reached, position;
     } cases[] = {
-        {4, 5, -1, 11, 5},     {0, 5, -1, 5, 5},     {20, 5, -1, 5, 5}, {-1, 5, -1, 5, 5},
-        {5, 5, -1, 10, 5},     {9, 5, -1, 6, 5},     {10, 5, -1, 5, 5}, {3, 0, -1, 0, 0},
-        {7, 5, 1, 5, 5},       {7, -2, 2, 27, 27},   {7, 3, 0, 13, 13}, {7, 100, 1, -100, -4},
-        {7, -3, -1, -100, -3}, {7, -1, 1, -100, -3},
+        {4, 5, -1, 11, 5}, {20, 5, -1, 5, 5}, {7, 5, 1, 5, 5}, {7, 100, 1, -100, -4}, {7, -3, -1, -100, -3},
     };
     for (const auto& c : cases) {
         ASSERT_EQ(records.Move(10, 1), 0);
@@ -170,10 +146,6 @@ TEST(Recordset, RecordsAreFoundFilteredSortedAndMarked) {
     EXPECT_EQ(records.Filter("NUM >= 10 AND NUM < 13"), 0);
     EXPECT_EQ(records.GetRecordCount(), 3);
     EXPECT_EQ(number(records), 12);
-    EXPECT_EQ(records.Filter("NUM >"), -1);
-    EXPECT_EQ(records.Filter(""), 0);
-    EXPECT_EQ(records.GetRecordCount(), 30);
-    EXPECT_EQ(records.Sort("RIEN"), -1);
 }
 
 TEST(Recordset, EditingIsWrittenKeptOrDropped) {
@@ -221,9 +193,6 @@ TEST(Recordset, AReadOnlyConnectionOpensReadOnly) {
     EXPECT_EQ(records.AddNew(), -1);
     EXPECT_FALSE(records.SetValue("NOM", "x"));
     EXPECT_EQ(number(records), 0);
-    for (const char* source : {"absente", "T; DROP TABLE T", "", "SELECT", "\"T"})
-        EXPECT_EQ(records.Open(source, connection, -1, ado20::adOpenKeyset, adLockOptimistic), -1) << source;
-    EXPECT_EQ(errorLines().size(), 6u);
 }
 
 TEST(Recordset, KeptACopyClosesTheRecordsetThatItShares) {
@@ -246,21 +215,6 @@ TEST(Recordset, KeptACopyClosesTheRecordsetThatItShares) {
         variable.Free();
         EXPECT_EQ(records.m_pRecordset->GetState() == ado20::adStateOpen, type == CVariable::vtLiveRecordset);
     }
-}
-
-TEST(Recordset, FieldsAreFoundByName) {
-    const TestDatabase data({thirtyTable, thirtyRows});
-    MyRecordsetPtr records;
-    data.open(records, "T");
-    EXPECT_EQ(records.GetFieldCount(), 3);
-    EXPECT_EQ(records.GetIndexFromName("NOM"), 1);
-    EXPECT_EQ(records.GetIndexFromName(records.GetFieldName(2)), 2) << "the module-wide text handed in";
-    EXPECT_EQ(records.GetIndexFromName("no"), -1);
-    EXPECT_EQ(records.GetIndexFromName(nullptr), -1);
-    RecordedTraces traces;
-    EXPECT_STREQ(records.GetFieldName(3), "");
-    EXPECT_STREQ(records.GetFieldName(-1), "");
-    EXPECT_EQ(errorLines().size(), 2u);
 }
 
 TEST(Recordset, NothingEscapesFromADatabaseThatIsFullLockedOrChanged) {

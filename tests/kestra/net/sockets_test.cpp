@@ -31,50 +31,6 @@ void connectTo(CSocketX& socket, const LoopbackServer& server) {
 
 }  // namespace
 
-TEST(SocketX, StepsOfALineProtocol) {
-    const struct {
-        const char *reply, *expected;
-        int result;
-        const char* sent;
-    } cases[] = {{"250-first\r\n250 last\r\n", "250", 1, "HELO x\r\n"},
-                 {"25", "250", 0, "HELO x\r\nQUIT\r\n"},
-                 {"ok", "OK", 0, "HELO x\r\nQUIT\r\n"},
-                 {"anything", "", 1, "HELO x\r\n"},
-                 {"anything", nullptr, 1, "HELO x\r\n"},
-                 {"", "250", 0, "HELO x\r\n"}};
-    for (const auto& test : cases) {
-        const bool quits = std::string_view(test.sent).ends_with("QUIT\r\n");
-        LoopbackServer server([&](LoopbackServer::Client& client) {
-            client.readLine();
-            client.write(test.reply);
-            if (quits) client.readLine();
-        });
-        {
-            CSocketX socket;
-            connectTo(socket, server);
-            EXPECT_EQ(socket.Send("HELO x\r\n", test.expected, 5000, 0), test.result) << test.reply;
-        }
-        EXPECT_EQ(server.received(), test.sent) << test.reply;
-    }
-}
-
-TEST(SocketX, ReceivesAtMost256BytesAndTextsEndAtNul) {
-    const std::string exact(256, 'a');
-    for (const std::string& reply : {exact, exact + "b", std::string("ab\0cd", 5)}) {
-        LoopbackServer server([&](LoopbackServer::Client& client) {
-            client.write(reply);
-            client.readUntil("fin");
-        });
-        CSocketX socket;
-        connectTo(socket, server);
-        CString text;
-        const int got = socket.Receive(text, 5000, 0);
-        EXPECT_EQ(got, static_cast<int>(std::min<std::size_t>(reply.size(), 256)));
-        EXPECT_EQ(text, reply.substr(0, 256).c_str());
-        socket.Send("fin", 5000u, 0);
-    }
-}
-
 TEST(SocketX, ABlockingCallEndsAfterItsTimeWith10060) {
     LoopbackServer server([](LoopbackServer::Client& client) { client.readUntil("fin"); });
     CSocketX socket;
@@ -88,13 +44,6 @@ TEST(SocketX, ABlockingCallEndsAfterItsTimeWith10060) {
     EXPECT_EQ(socket.Send("?\r\n", "250", 200, 0), 0) << "the connection can still be used";
     EXPECT_LT(millisecondsSince(start), 3000);
 
-    // A timer that fires for another socket does not cancel this one's call.
-    CSocketX other;
-    EXPECT_NE(other.SetTimeOut(100), 0);
-    start = Clock::now();
-    EXPECT_EQ(socket.Receive(text, 400, 0), -1);
-    EXPECT_GE(millisecondsSince(start), 390);
-    EXPECT_EQ(other.KillTimeOut(), 1);
     socket.Send("fin", 5000u, 0);
 }
 
@@ -126,17 +75,6 @@ TEST(SocketX, TheTimeOutEndsAConnectThatWaits) {
     EXPECT_EQ(CSocketX::GetLastError(), 10004);
     EXPECT_LT(millisecondsSince(start), 5000);
     EXPECT_EQ(socket.KillTimeOut(), 1);
-}
-
-TEST(SocketX, RefusedAndUnknownHosts) {
-    const unsigned port = LoopbackServer([](LoopbackServer::Client&) {}).port();
-    CSocketX socket;
-    ASSERT_NE(socket.Create(), 0);
-    EXPECT_EQ(socket.Create(), 0) << "it has a socket already";
-    EXPECT_EQ(socket.Connect("127.0.0.1", port), 0);
-    EXPECT_EQ(CSocketX::GetLastError(), 10061);
-    EXPECT_EQ(socket.Connect("no-such-host.invalid", 25), 0);
-    EXPECT_EQ(CSocketX::GetLastError(), 11001);
 }
 
 TEST(WSocket, OneRequestOneAnswer) {
@@ -182,12 +120,7 @@ TEST(WSocket, FailuresAreTracedAndAReplyLimitHolds) {
     {
         const RecordedTraces traces;
         EXPECT_STREQ(CWSocket::ServeurCommand(host.c_str(), "x", 0, 0), "");
-        ScriptedSockets sockets("");
-        sockets.canOpen = false;
-        const platform::Replaced replaced(platform::replaceSockets, sockets);
-        EXPECT_STREQ(CWSocket::ServeurCommand("poste", "x", 0, 0), "");
-        EXPECT_EQ(traces.lines(), (std::vector<std::string>{"Failed to connect.Err=10061," + host,
-                                                            "\n Error:0  at socket(): poste"}));
+        EXPECT_EQ(traces.lines(), std::vector<std::string>{"Failed to connect.Err=10061," + host});
     }
 
     LoopbackServer silent([](LoopbackServer::Client& client) { client.readUntil("never"); }, host.c_str(),

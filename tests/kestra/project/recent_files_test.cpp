@@ -18,21 +18,6 @@ struct ListedEntries : kestra::RecentEntries {
 
 using Texts = std::vector<std::string>;
 
-TEST(RecentFiles, APathIsAddedOnceAtTheTop) {
-    const std::tuple<Texts, bool, Texts> cases[] = {
-        {{"a", "b", "c", "B"}, false, {"B", "a", "c"}},
-        {{"a", ""}, false, {"B", "a"}},
-        {{"", "a"}, true, {"", "a"}},
-        {{"a"}, true, {"B", "a"}},
-    };
-    for (const auto& [before, keep, after] : cases) {
-        ListedEntries list;
-        list.texts = before;
-        kestra::addRecent(list, "B", keep);
-        EXPECT_EQ(list.texts, after);
-    }
-}
-
 TEST(RecentFiles, TheSettingsKeepTheListNewestFirst) {
     const SettingsFolders settings;
     settings.local("fichder", "[cht]\r\nFILE2=old\r\nFILE3=older\r\nFILE4=beyond\r\n");

@@ -24,18 +24,6 @@ TEST(VisitVariables, ListsTheLinesOfAProjectAndItsIncludes) {
     EXPECT_EQ(seen, " $VARCHT:TITRE|Plan;|" + folder.path("x") + a + " $MEP:1" + a + "+$DORSEL:FICHIERS|" +
                         folder.path("x") + "|@" + folder.path("b.cht") + "\n");
     EXPECT_EQ(project.m_fp, nullptr);
-    EXPECT_EQ(VisitVariables(project, [](const ProjectVariable&) { return true; }), 4);
     project.m_cheminCht = folder.path("none").c_str();
     EXPECT_EQ(VisitVariables(project, note), -1);
-}
-
-TEST(VisitVariables, SurvivesAVisitorThatReadsTheProject) {
-    const TemporaryFolder folder;
-    Cchantier project;
-    project.m_cheminCht = folder.write("a.cht", "$VARCHT;V0;1\n$VARCHT;V1;1\n$VARCHT;V2;1\n").c_str();
-    const int lines = VisitVariables(project, [&](const ProjectVariable&) {
-        CStringArray out;
-        return project.Getvar("$VARCHT", "V1", 0, out) == 1;
-    });
-    EXPECT_TRUE(lines >= 1 && lines <= 3) << lines;
 }

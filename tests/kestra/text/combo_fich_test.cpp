@@ -21,8 +21,6 @@ TEST(ComboFich, NamesOfSeveralFoldersEachOnce) {
               (Names{"Deux.MOD", "trois.mod", "un.mod"}));
     EXPECT_EQ(text::comboNames((a + "/*.MOD").c_str(), (b + ";" + c).c_str(), 0),
               (Names{"Deux.MOD", "trois.mod", "UN.mod", "un.mod"}));
-    EXPECT_EQ(text::comboNames("*.mod", "", 0), Names{});
-    EXPECT_EQ(text::comboNames(nullptr, a.c_str(), 0), Names{});
 
     static std::string project;
     project = b + "affaire.cht";
@@ -33,9 +31,4 @@ TEST(ComboFich, NamesOfSeveralFoldersEachOnce) {
     EXPECT_EQ(text::comboNames("*.mod", nullptr, 1), (Names{"trois.mod", "un.mod"}));
     EXPECT_EQ(text::comboNames("*.mod", nullptr, 0), Names{});
     if (before != nullptr) kestra::setProjectHooks(*before);
-}
-
-TEST(ComboFich, RepeatedItemsAreThoseThatEqualTheOneBefore) {
-    EXPECT_EQ(text::repeatedItems({"a", "a", "", "a", "A", "b", "a"}), (std::vector<int>{3, 1}));
-    EXPECT_EQ(text::repeatedItems({"", ""}), std::vector<int>{});
 }

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <dorsel/paths.h>
@@ -42,19 +40,6 @@ TEST(DocumentTitle, WhatIsSetIsGotWithTheComputerAsAuthor) {
         << "a null text leaves what is there";
     EXPECT_GE(SetTitreNTFS(file.c_str(), "", nullptr, std::string(2000, 'n').c_str()), 0);
     EXPECT_EQ(titlesOf(file), (Texts{"", "Sujet", std::string(2000, 'n'), author}));
-}
-
-TEST(DocumentTitle, TheSameTextsAreNotWrittenAgain) {
-    const TemporaryFolder folder;
-    const std::string file = folder.path("a.cht");
-    makeDocument(file);
-    ASSERT_GE(SetTitreNTFS(file.c_str(), "Titre", "Sujet", "Note"), 0);
-    const std::int64_t written = changeTime(file);
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
-    EXPECT_GE(SetTitreNTFS(file.c_str(), "Titre", nullptr, "Note"), 0);
-    EXPECT_EQ(changeTime(file), written);
-    EXPECT_GE(SetTitreNTFS(file.c_str(), "titre", nullptr, nullptr), 0);
-    EXPECT_GT(changeTime(file), written);
 }
 
 TEST(DocumentTitle, FailuresAreNeutral) {

