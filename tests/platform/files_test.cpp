@@ -9,6 +9,7 @@
 #include <platform/files.h>
 #include <platform/replaceable.h>
 
+#include "../support/memory_files.h"
 #include "../support/temporary_folder.h"
 
 using platform::FileKind;
@@ -205,6 +206,19 @@ TEST(Files, WholeFilesAreReplacedOrLeftAsTheyWere) {
     EXPECT_TRUE(platform::replaceWholeFile(path.c_str(), "x"));
     EXPECT_EQ(fs::status(disk).permissions(), fs::perms(0640));
 #endif
+}
+
+TEST(Files, AReplacedFileIsOnTheDiskBeforeItHasItsName) {
+    for (unsigned seed = 1; seed < 20; ++seed) {
+        MemoryFiles files;
+        const platform::Replaced inForce(platform::replaceFiles, files);
+        files.put("C:\\f", "old");
+        EXPECT_TRUE(platform::replaceWholeFile("C:\\f", "new"));
+        files.cutPower(seed);
+        std::string content;
+        EXPECT_TRUE(platform::readWholeFile("C:\\f", content));
+        EXPECT_EQ(content, "new");
+    }
 }
 
 TEST(FaultyFiles, FailAtACallStopAfterWritesOrFillTheDisk) {
