@@ -41,11 +41,16 @@ using StdSet = std::multiset<void*, Less>;
 using AbslSet = absl::btree_multiset<void*, Less>;
 #endif
 
-void* newElement(const std::string& key) {
+void* newPlainElement(const std::string& key) {
     char* element = static_cast<char*>(std::calloc(1, headerSize + key.size() + 1));
     std::memcpy(element + headerSize, key.c_str(), key.size() + 1);
     return element;
 }
+
+void* newKeyedElement(const std::string& key) {
+    return CEDynamique::Create(key.c_str(), nullptr, 0);
+}
+void* (*newElement)(const std::string& key) = newPlainElement;
 
 /// Elements with keys of 8 to 24 letters and digits, in random order.
 Elements randomElements(std::size_t count, std::mt19937& random) {
@@ -146,7 +151,7 @@ void insertions(const char* label, const Elements& elements, double limit) {
         [&](auto& set) { fill(set, {}); });
 }
 
-void searches(const Elements& elements, const Elements& missing) {
+void searches(const std::string& label, const Elements& elements, const Elements& missing) {
     const auto filled = [&](auto& set) { fillOnce(set, elements); };
     const auto search = [&](const Elements& keys, auto find) {
         return [&keys, find](auto& set) {
@@ -157,10 +162,9 @@ void searches(const Elements& elements, const Elements& missing) {
     };
     Elements keys = elements;
     std::shuffle(keys.begin(), keys.end(), std::mt19937(3));
-    const auto count = std::to_string(elements.size());
-    compareSets("Find hit, random, " + count, 0.9,
+    compareSets("Find hit, random, " + label, 0.9,
                 search(keys, [](auto& set, void* key) { return set.find(key); }), filled);
-    compareSets("Find next greater, random, " + count, 0.9,
+    compareSets("Find next greater, random, " + label, 0.9,
                 search(missing, [](auto& set, void* key) { return set.findGreater(key); }), filled);
 }
 
@@ -227,7 +231,7 @@ void collections(std::size_t count) {
     const auto size = std::to_string(count);
     insertions(("Insert, random, " + size).c_str(), elements, 0.9);
     insertions(("Insert, ascending, " + size).c_str(), ascending, 0.8);
-    searches(elements, missing);
+    searches(size, elements, missing);
     walks(elements);
     erasures(elements);
 #ifdef KESTRA_BENCH_PEERS
@@ -236,6 +240,22 @@ void collections(std::size_t count) {
 #endif
     freeElements(elements);
     freeElements(missing);
+}
+
+/// Keyed elements in one of the library's own orders.
+void textCollections(std::size_t count) {
+    orderInUse = tri_CEDynamique_ASCII;
+    newElement = newKeyedElement;
+    std::mt19937 random(static_cast<unsigned>(count));
+    const Elements elements = randomElements(count, random);
+    const Elements missing = randomElements(count, random);
+    const auto label = std::to_string(count) + " CEDynamique";
+    insertions(("Insert, random, " + label).c_str(), elements, 0.9);
+    searches(label, elements, missing);
+    freeElements(elements);
+    freeElements(missing);
+    orderInUse = compareKeys;
+    newElement = newPlainElement;
 }
 
 // ---- numbers
@@ -325,13 +345,17 @@ void numbers() {
 int main(int count, char** sizes) {
     for (int i = 1; i < count; ++i) {
         const long size = std::atol(sizes[i]);
-        if (size > 0)
+        if (size > 0) {
             collections(static_cast<std::size_t>(size));
-        else
+            textCollections(static_cast<std::size_t>(size));
+        } else {
             numbers();
+        }
     }
     if (count > 1) return 0;
-    collections(100'000);
-    collections(1'000'000);
+    for (const std::size_t size : {100'000, 1'000'000}) {
+        collections(size);
+        textCollections(size);
+    }
     numbers();
 }

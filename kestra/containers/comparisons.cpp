@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include <kestra/containers/key_prefix.h>
+
 int tri_Inferieur = -1;
 int tri_Superieur = 1;
 
@@ -25,11 +27,8 @@ namespace {
 
 constexpr double pointTolerance = 5e-5;
 
-bool isNoOperand(const void* operand) {
-    return operand == nullptr || reinterpret_cast<std::uintptr_t>(operand) == ~std::uintptr_t{1};
-}
 bool equalsEverything(const void* first, const void* second) {
-    return isNoOperand(second) || isNoOperand(first);
+    return !tri::isOperand(second) || !tri::isOperand(first);
 }
 
 template <class Value>

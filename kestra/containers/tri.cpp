@@ -26,6 +26,8 @@ void prefetchElement(const void* element) {
     __builtin_prefetch(static_cast<const char*>(element) + keyOffset);
 }
 
+constexpr int probesAhead = 4;  // Two rounds of fetching cover a leaf.
+
 /// Fetches the elements that the next probes of a bisection over `count` values may read.
 template <int probes>
 void prefetchProbes(Slots values, int count) {
@@ -38,7 +40,7 @@ void prefetchProbes(Slots values, int count) {
     }
 }
 
-/// Fetches the header of a node and the lines of `values` where a bisection begins.
+/// Fetches a node, which a bisection reads all over.
 void prefetchNode(const TriNode* node) {
     constexpr int line = 64;
     const char* bytes = reinterpret_cast<const char*>(node);
@@ -99,19 +101,37 @@ int CTri::Clear() {
 
 namespace {
 
-/// First value that is not less than the key (`last`: that is greater); `equal` tells whether the value found
-/// (`last`: the one before it) equals the key.
+/// What a search looks for, and how it compares.
+struct SearchKey {
+    void* key;
+    Comparaison compare;
+    void* param;
+    const KeyText* text;  ///< null: there is no prefix
+    std::uint64_t prefix;
+
+    SearchKey(void* wanted, Comparaison order, void* parameter)
+        : key(wanted),
+          compare(order),
+          param(parameter),
+          text(isOperand(key) ? keyTextOf(compare) : nullptr),
+          prefix(text != nullptr ? keyPrefix(key, *text) : 0) {}
+
+    int orderOf(void* element) const { return compare(element, key, param); }
+};
+
+/// First of `count` values that is not less than the key (`last`: that is greater); `equal` tells whether the
+/// value found (`last`: the one before it) equals the key. `order(i)` compares value i with the key;
+/// `announce(low, count)` is told every few probes which values the next ones are taken from.
 template <bool last>
-int bisect(Slots values, int count, void* key, Comparaison compare, void* param, bool& equal) {
-    constexpr int probesAhead = 4;  // Two rounds of fetching cover a leaf.
+[[gnu::always_inline]] inline int bisect(int count, bool& equal, auto&& order, auto&& announce) {
     int low = 0;
     int decisive = 1;
     for (int probe = 0; count > 0; ++probe) {
-        if (probe % probesAhead == 0) prefetchProbes<probesAhead>(values.from(low), count);
+        if (probe % probesAhead == 0) announce(low, count);
         const int half = count / 2;
-        const int order = compare(values[low + half], key, param);
-        const bool right = last ? order <= 0 : order < 0;
-        decisive = right == last ? order : decisive;
+        const int found = order(low + half);
+        const bool right = last ? found <= 0 : found < 0;
+        decisive = right == last ? found : decisive;
         low = right ? low + half + 1 : low;
         count = right ? count - half - 1 : half;
     }
@@ -119,30 +139,50 @@ int bisect(Slots values, int count, void* key, Comparaison compare, void* param,
     return low;
 }
 
+/// The same over elements.
+template <bool last>
+[[gnu::always_inline]] inline int bisectElements(Slots elements, int count, const SearchKey& key,
+                                                 bool& equal) {
+    return bisect<last>(
+        count, equal, [&](int i) { return key.orderOf(elements[i]); },
+        [&](int low, int left) { prefetchProbes<probesAhead>(elements.from(low), left); });
+}
+
+/// Index of the child under which the key belongs. Whatever is greater than the other children belongs under
+/// the last one.
+template <bool last>
+int childFor(const TriInnerNode* inner, const SearchKey& key) {
+    bool equal;
+    const int others = inner->count - 1;
+    if (inner->text == nullptr || inner->text != key.text)
+        return bisectElements<last>(maximaOf(inner), others, key, equal);
+    const auto order = [&](int i) {
+        const std::uint64_t prefix = inner->prefixes[i];
+        return prefix < key.prefix ? -1 : prefix > key.prefix ? 1 : key.orderOf(inner->maxima[i]);
+    };
+    return bisect<last>(others, equal, order, [](int, int) {});
+}
+
 }  // namespace
 
 template <CTri::Among among>
-CTri::Place CTri::descend(void* key) const {
+CTri::Place CTri::descend(void* wanted) const {
     constexpr bool last = among == Among::last;
-    const Comparaison compare = m_compare;
-    void* const param = m_param;
+    const SearchKey key(wanted, m_compare, m_param);
     TriNode* node = m_root;
-    bool equal = false;
     while (isInner(node) && node->count > 0) {
-        // Whatever is greater than the other children belongs under the last one.
-        const int child = bisect<last>(maximaOf(node), node->count - 1, key, compare, param, equal);
-        node = childOf(node, child);
+        node = childOf(node, childFor<last>(asInner(node), key));
         prefetchNode(node);
     }
     if (node->count == 0) return {nullptr, -1, reportEmptyNode()};
 
-    equal = false;
-    const int found = bisect<last>(entriesOf(node), node->count, key, compare, param, equal);
+    bool equal = false;
+    const int found = bisectElements<last>(entriesOf(node), node->count, key, equal);
     if (!last && equal) return {node, found, true};
     if (found > 0 || node->previous == nullptr) return {node, found - 1, equal};
     // Between two leaves a key belongs to the left one.
     node = node->previous;
-    equal = last && compare(node->entries[node->count - 1], key, param) == 0;
+    equal = last && key.orderOf(node->entries[node->count - 1]) == 0;
     return {node, node->count - 1, equal};
 }
 
@@ -277,7 +317,7 @@ void* CTri::Insert(void* element, int unique, int where) {
     if (!isElement(element)) return nullptr;
     Place place{nullptr, -1, false};
     if (m_root == nullptr) {
-        m_root = place.leaf = newNode(TriNode::leaf);
+        m_root = place.leaf = newLeaf();
         if (m_root == nullptr) return nullptr;
     } else if (!placeForInsertion(element, unique, where, place)) {
         return nullptr;
@@ -345,7 +385,7 @@ TriNode* CTri::insertAfter(TriNode* node, int& position, void* entry, void* maxi
 /// the node left behind stays three quarters full.
 TriNode* CTri::split(TriNode* node, int position) {
     const int kept = position < TriNode::capacity / 2 ? TriNode::capacity / 4 : 3 * TriNode::capacity / 4;
-    TriNode* const right = newNode(node->kind);
+    TriNode* const right = isInner(node) ? newInnerNode(asInner(node)->text) : newLeaf();
     if (right == nullptr) return nullptr;
     if (!hangBeside(node, right)) {
         std::free(right);
@@ -373,7 +413,7 @@ bool CTri::hangBeside(TriNode* node, TriNode* right) {
         int slot = slotOf(above, node);
         return insertAfter(above, slot, right, maximum) != nullptr;
     }
-    TriNode* const root = newNode(TriNode::inner);
+    TriNode* const root = newInnerNode(keyTextOf(m_compare));
     if (root == nullptr) return false;
     placeEntry(root, 0, node, maximum);
     placeEntry(root, 1, right, maximum);

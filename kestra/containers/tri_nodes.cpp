@@ -11,24 +11,46 @@ char* entryAddress(TriNode* node, int index) {
     return reinterpret_cast<char*>(node) + offsetof(TriNode, entries) +
            static_cast<std::size_t>(index) * pointerBytes;
 }
-char* maximumAddress(TriNode* inner, int index) {
-    return reinterpret_cast<char*>(inner) + sizeof(TriNode) + static_cast<std::size_t>(index) * pointerBytes;
-}
 
 std::size_t bytesOf(int pointers) {
     return static_cast<std::size_t>(pointers) * pointerBytes;
 }
 
-}  // namespace
-
-TriNode* newNode(char kind) {
-    const std::size_t size = kind == TriNode::inner ? sizeof(TriInnerNode) : sizeof(TriNode);
+/// Null when there is no memory.
+TriNode* newNode(char kind, std::size_t size) {
     auto* node = static_cast<TriNode*>(std::calloc(1, size));
     if (node == nullptr) return nullptr;
     node->kind = kind;
     node->mark = 0xFE;
     node->frontGuard = CTri::frontGuard;
     node->endGuard = CTri::endGuard;
+    return node;
+}
+
+/// Moves the maxima from `from` on, and what is kept beside them, to `to` of `target`.
+void moveMaxima(const TriInnerNode* inner, int from, TriInnerNode* target, int to, int count) {
+    std::memmove(&target->maxima[to], &inner->maxima[from], bytesOf(count));
+    std::memmove(&target->prefixes[to], &inner->prefixes[from], bytesOf(count));
+}
+
+void setMaximum(TriInnerNode* inner, int slot, void* maximum) {
+    inner->maxima[slot] = maximum;
+    if (inner->text == nullptr) return;
+    if (isOperand(maximum))
+        inner->prefixes[slot] = keyPrefix(maximum, *inner->text);
+    else
+        inner->text = nullptr;  // It equals everything: no prefix does.
+}
+
+}  // namespace
+
+TriNode* newLeaf() {
+    return newNode(TriNode::leaf, sizeof(TriNode));
+}
+
+TriNode* newInnerNode(const KeyText* text) {
+    TriNode* const node = newNode(TriNode::inner, sizeof(TriInnerNode));
+    if (node != nullptr) asInner(node)->text = text;
     return node;
 }
 
@@ -56,23 +78,23 @@ int slotOf(const TriNode* inner, const TriNode* child) {
 }
 
 void placeEntry(TriNode* node, int position, void* entry, void* maximum) {
-    const std::size_t behind = bytesOf(node->count - position);
-    if (behind > 0) std::memmove(entryAddress(node, position + 1), entryAddress(node, position), behind);
+    const int behind = node->count - position;
+    if (behind > 0)
+        std::memmove(entryAddress(node, position + 1), entryAddress(node, position), bytesOf(behind));
     node->entries[position] = entry;
     if (isInner(node)) {
         static_cast<TriNode*>(entry)->parent = node;
-        std::memmove(maximumAddress(node, position + 1), maximumAddress(node, position), behind);
-        std::memcpy(maximumAddress(node, position), &maximum, pointerBytes);
+        moveMaxima(asInner(node), position, asInner(node), position + 1, behind);
+        setMaximum(asInner(node), position, maximum);
     }
     ++node->count;
     seal(node);
 }
 
 void dropEntry(TriNode* node, int position) {
-    const std::size_t behind = bytesOf(node->count - position - 1);
-    std::memmove(entryAddress(node, position), entryAddress(node, position + 1), behind);
-    if (isInner(node))
-        std::memmove(maximumAddress(node, position), maximumAddress(node, position + 1), behind);
+    const int behind = node->count - position - 1;
+    std::memmove(entryAddress(node, position), entryAddress(node, position + 1), bytesOf(behind));
+    if (isInner(node)) moveMaxima(asInner(node), position + 1, asInner(node), position, behind);
     --node->count;
     seal(node);
 }
@@ -81,7 +103,7 @@ void moveTail(TriNode* node, int kept, TriNode* right) {
     const int moved = node->count - kept;
     std::memcpy(entryAddress(right, 0), entryAddress(node, kept), bytesOf(moved));
     if (isInner(node)) {
-        std::memcpy(maximumAddress(right, 0), maximumAddress(node, kept), bytesOf(moved));
+        moveMaxima(asInner(node), kept, asInner(right), 0, moved);
         for (int i = 0; i < moved; ++i) childOf(right, i)->parent = right;
     }
     right->count = static_cast<std::int16_t>(moved);
@@ -93,7 +115,7 @@ void maximumChanged(TriNode* node) {
     for (TriNode* parent = node->parent; parent != nullptr; node = parent, parent = node->parent) {
         const int slot = slotOf(parent, node);
         if (slot == parent->count - 1) continue;
-        std::memcpy(maximumAddress(parent, slot), &maximum, pointerBytes);
+        setMaximum(asInner(parent), slot, maximum);
         return;
     }
 }

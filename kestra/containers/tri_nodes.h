@@ -1,6 +1,7 @@
 #pragma once
 #include <cstring>
 
+#include <kestra/containers/key_prefix.h>
 #include <kestra/containers/tri.h>
 
 /// The collection's nodes as its own sources see them.
@@ -11,6 +12,8 @@
 /// greater than the others belongs below it, and elements that arrive in order have nothing to tell upward.
 struct TriInnerNode : TriNode {
     void* maxima[capacity];
+    std::uint64_t prefixes[capacity];  ///< key prefixes of the maxima, while there is a `text`
+    const tri::KeyText* text;          ///< null: only the comparison tells the order
 };
 #pragma pack(pop)
 
@@ -35,11 +38,17 @@ class Slots {
 inline Slots entriesOf(const TriNode* node) {
     return Slots(reinterpret_cast<const char*>(node) + offsetof(TriNode, entries));
 }
-inline Slots maximaOf(const TriNode* inner) {
-    return Slots(reinterpret_cast<const char*>(inner) + sizeof(TriNode));
-}
 inline bool isInner(const TriNode* node) {
     return node->kind == TriNode::inner;
+}
+inline const TriInnerNode* asInner(const TriNode* node) {
+    return static_cast<const TriInnerNode*>(node);
+}
+inline TriInnerNode* asInner(TriNode* node) {
+    return static_cast<TriInnerNode*>(node);
+}
+inline Slots maximaOf(const TriNode* inner) {
+    return Slots(reinterpret_cast<const char*>(inner) + sizeof(TriNode));
 }
 inline TriNode* childOf(const TriNode* inner, int index) {
     return static_cast<TriNode*>(inner->entries[index]);
@@ -50,8 +59,9 @@ inline void* maximumOf(const TriNode* node) {
     return node->entries[node->count - 1];
 }
 
-/// Null when there is no memory.
-TriNode* newNode(char kind);
+/// Null when there is no memory. Inner nodes keep key prefixes where `text` is not null.
+TriNode* newLeaf();
+TriNode* newInnerNode(const KeyText* text);
 /// Frees a node and all below it.
 void freeTree(TriNode* node);
 /// Writes the end guard and `next` behind the entries in use.

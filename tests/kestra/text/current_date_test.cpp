@@ -6,22 +6,16 @@
 
 namespace {
 
-class FixedClock : public platform::Clock {
-  public:
-    explicit FixedClock(platform::LocalTime time, std::int64_t seconds = 1) : m_time(time), m_now(seconds) {}
-    std::int64_t now() override { return m_now; }
-    platform::LocalTime localTime(std::int64_t) override { return m_time; }
-
-  private:
-    platform::LocalTime m_time;
-    std::int64_t m_now;
+struct FixedClock : platform::Clock {
+    explicit FixedClock(platform::LocalTime local, std::int64_t second = 1) : time(local), seconds(second) {}
+    std::int64_t now() override { return seconds; }
+    platform::LocalTime localTime(std::int64_t) override { return time; }
+    platform::LocalTime time;
+    std::int64_t seconds;
 };
 
 TEST(CurrentDate, IsTwoDigitsEachButTheYearAndEndsInALineFeed) {
-    const struct {
-        FixedClock clock;
-        const char* text;
-    } cases[] = {
+    const std::pair<FixedClock, const char*> cases[] = {
         {FixedClock({2026, 3, 9, 7, 5, 2, true}), "09/03/2026 07:05:02\n"},
         {FixedClock({1999, 12, 31, 23, 59, 60, true}), "31/12/1999 23:59:60\n"},
         {FixedClock({2026, 3, 9, 7, 5, 2, false}), "00/00/0 -1:-1:-1\n"},
