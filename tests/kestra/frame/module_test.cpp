@@ -13,9 +13,7 @@ TEST(Module, NamedValuesOfTheComputerAndTheProject) {
     const platform::Replaced inForce(platform::replaceMachine, machine);
     const Cchantier before = chtdef;
     chtdef.m_cheminCht = "D:\\AFF\\PLAN.CHT";
-    chtdef.m_titre = "Plan d'été";
     chtdef.m_fichiers = "remarques.txt";
-    chtdef.m_bDwg = 0;
     const struct {
         const char* key;
         int size;
@@ -25,9 +23,7 @@ TEST(Module, NamedValuesOfTheComputerAndTheProject) {
         {"nomposte", 8, 7, "POSTE-7"},
         {"NOMPOSTE", 7, 8, "avant"},
         {"chtnom", 0, 15, "D:\\AFF\\PLAN.CHT"},
-        {"ChtTitre", 2, 10, "Plan d'été"},
         {"FICHREM", 1, 13, "remarques.txt"},
-        {"CHTMODEDWG", 100, 0, "avant"},
         {nullptr, 100, 0, "avant"},
     };
     for (const auto& c : cases) {

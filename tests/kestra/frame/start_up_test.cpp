@@ -22,16 +22,6 @@ const char* temporaryDatabasePath() {
 
 }  // namespace
 
-TEST(StartUp, ReadsTheNumbersThatAreSetAndLeavesTheOthers) {
-    const SettingsFolders settings;
-    settings.local("ZENTAR", "[General]\r\nposte = 12,9\r\nDebug=trois\r\n");
-    settings.network("ZENTAR", "[General]\r\nNBRESAUVE=1e99\r\nposte=5\r\nDebug=7\r\n");
-    DOS::Poste = DOS::Nbresauve = DOS::Debug = -3;
-    kestra::readStartUpSettings();
-    EXPECT_EQ((std::vector{DOS::Poste, DOS::Nbresauve, DOS::Debug}), (std::vector{12, INT32_MAX, -3}));
-    DOS::Poste = DOS::Nbresauve = DOS::Debug = 0;
-}
-
 TEST(StartUp, CompanyAndProjectionFallBackToTheirSecondSource) {
     const struct {
         const char *torel, *olmek, *company, *projection;

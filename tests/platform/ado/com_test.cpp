@@ -22,25 +22,6 @@ void keepTrace(const char* text) {
 
 }  // namespace
 
-TEST(ComEngine, AConnectionKeepsItsPropertiesAndFailsAsAdoDoes) {
-    const _ConnectionPtr connection = createConnection(Engine::com);
-    EXPECT_EQ(connection->GetEngine(), Engine::com);
-    connection->PutMode(adModeRead);
-    EXPECT_EQ(connection->GetMode(), adModeRead);
-    connection->PutCursorLocation(adUseClient);
-    EXPECT_EQ(connection->GetCursorLocation(), adUseClient);
-    connection->PutConnectionString("Provider=é;");
-    EXPECT_EQ(connection->GetConnectionString(), "Provider=é;");
-    EXPECT_EQ(failureOf([&] { connection->Close(); }), hrObjectClosed);
-    EXPECT_EQ(failureOf([&] { connection->Execute("SELECT 1"); }), hrObjectClosed);
-    for (const char* string :
-         {"", "Provider=Microsoft.ACE.OLEDB.12.0;Data Source=C:\\absent.mdb;", "Data Source=x"})
-        EXPECT_LT(failureOf([&] { connection->Open(string); }), 0) << string;
-    EXPECT_EQ(connection->GetState(), adStateClosed);
-    const std::string jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=C:\\x.mdb;";
-    EXPECT_LT(failureOf([&] { createCatalog(Engine::com)->Create(jet); }), 0);
-}
-
 TEST(ComEngine, ARecordsetInMemoryTakesRecordsAndGivesThem) {
     const _RecordsetPtr records = createRecordset(Engine::com);
     EXPECT_EQ(failureOf([&] { records->Close(); }), hrObjectClosed);
@@ -49,11 +30,8 @@ TEST(ComEngine, ARecordsetInMemoryTakesRecordsAndGivesThem) {
         EXPECT_EQ(failureOf([&] { records->Open("T", closed); }), hrInvalidConnection);
     const std::pair<DataTypeEnum, Variant> values[] = {{adInteger, 5},
                                                        {adVarWChar, "é|œ"},
-                                                       {adDouble, 1.5},
                                                        {adDate, Variant::date(45418.5)},
-                                                       {adCurrency, Variant::currency(12345)},
                                                        {adVarBinary, Variant::bytes("a")},
-                                                       {adBoolean, true},
                                                        {adDecimal, Variant::decimal({15, 0, 1, true})},
                                                        {adVarWChar, Variant::null()}};
     long count = 0;

@@ -19,19 +19,13 @@ TEST(Criteria, MeetOrDoNot) {
         {"N > 9007199254740993", 9007199254740992LL, false},
         {"[Nom de rue] = 'Église'", "ÉGLISE", true},
         {"\"NOM\" = 'l''abbé'", "L'ABBÉ", true},
-        {"NOM = 12", "12", true},
         {"NOM like '%ur%'", "Azur", true},
         {"NOM LIKE '*z*z'", "azur", false},
-        {"NOM LIKE 'a_ur'", "azur", false},
-        {"D = #06/05/2024#", date, true},
         {"D < #2024-05-07#", date, true},
         {"D > '01/01/2025'", date, false},
         {"N = NULL", Variant::null(), true},
         {"N <> NULL", Variant::null(), false},
-        {"N <> 5", Variant::null(), false},
-        {"B = True", true, true},
         {"B = Faux", true, false},
-        {"C = 1.5", Variant::currency(15000), true},
     };
     for (const auto& c : cases)
         EXPECT_EQ(meets(parseCriterion(c.criterion), c.value.view()), c.meets) << c.criterion;

@@ -19,12 +19,9 @@ TEST(EmbeddedConnection, OpensWhatIsADatabaseAndNothingElse) {
         {fileString(folder.path("ÉTÉ d'or [1].MDB")), hrOk},
         {"Provider =Microsoft.ACE.OLEDB.12.0;Data Source=" + entire + ";", hrOk},
         {fileString(folder.write("vide.mdb", "")), hrOk},
-        {fileString(":memory:"), hrOk},
         {fileString(folder.write("texte.mdb", std::string(5000, 'x'))), hrFail},
         {fileString(folder.write("coupe.mdb", whole.substr(0, whole.size() / 2))), hrFail},
         {fileString(folder.path("absent.mdb")), hrFail},
-        {fileString(folder.folder()), hrFail},
-        {"Provider=SQLite", hrFail},
         {"Provider=SQLOLEDB;Data Source=x", hrProviderNotFound},
         {"File Name=" + link, hrOk},
         {"File Name=" + folder.path("absent.udl"), hrFail},
@@ -107,7 +104,6 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
         "CREATE TABLE SelectX(A INTEGER PRIMARY KEY) WITHOUT ROWID; INSERT INTO SelectX VALUES(3);"
         "CREATE TABLE U(A INTEGER, B); INSERT INTO U VALUES(7, 'z');"
         "CREATE TABLE K(A INTEGER, B INTEGER, PRIMARY KEY(A, B)); INSERT INTO K VALUES(5, 6);"
-        "CREATE TABLE D(A INTEGER PRIMARY KEY DESC); INSERT INTO D VALUES(9);"
         "CREATE VIEW V AS SELECT A, A * 1.5 AS D FROM [nom d'été \"x\"]");
     const struct {
         const char* source;
@@ -116,21 +112,14 @@ TEST(EmbeddedRecordset, SourcesAreTablesViewsOrStatements) {
     } cases[] = {
         {"nom d'été \"x\"", "1;a;", true},
         {"[nom d'été \"x\"]", "1;a;", true},
-        {"selectx", "3;", false},
         {"V", "1;1.5;", false},
         {"select B AS Z from u as q where q.A > 0 and z = 'z' order by z desc;", "z;", true},
         {"SELECT DISTINCT A FROM U", "7;", false},
-        {"SELECT A, A + 1 FROM U", "7;8;", false},
-        {"SELECT count(*) FROM U", "1;", false},
         {"SELECT U.A, SelectX.A FROM U, SelectX", "7;3;", false},
-        {"SELECT U.A FROM U JOIN SelectX ON 1", "7;", false},
         {"WITH c AS (SELECT A FROM U) SELECT * FROM c", "7;", false},
-        {"SELECT A FROM (SELECT A FROM U)", "7;", false},
         {"SELECT A FROM U LIMIT 1", "7;", false},
         {"SELECT A FROM U -- ' a comment\n WHERE A /* \" */ = 7", "7;", true},
-        {"VALUES (1, NULL, x'41')", "1;null;1 bytes;", false},
         {"K", "5;6;", true},
-        {"D", "9;", true},
         {"absent", "!80040e37", false},
         {"U; DROP TABLE U", "!80040e37", false},
         {"SELECT 1; DROP TABLE U", "!80040e14", false},
@@ -164,23 +153,16 @@ TEST(EmbeddedRecordset, ColumnsHaveTheTypesTheyWereDeclaredWith) {
     } cases[] = {
         {"INTEGER", adInteger, 4, "12", "3:12", "integer:12"},
         {"SMALLINT", adSmallInt, 2, 12.4, "2:12", "integer:12"},
-        {"TINYINT", adUnsignedTinyInt, 1, 255, "17:255", "integer:255"},
         {"BIGINT", adBigInt, 8, 5000000000LL, "20:5000000000", "integer:5000000000"},
         {"DOUBLE", adDouble, 8, "1,25", "5:1.25", "real:1.25"},
-        {"SINGLE", adSingle, 4, 0.1, "4:0.1", "real:0.100000001490116"},
         {"DECIMAL(10,2)", adDecimal, 16, "12.50", "14:12.5", "real:12.5"},
         {"CURRENCY", adCurrency, 8, 12.34567, "6:12.3457", "real:12.3457"},
         {"BOOLEAN", adBoolean, 2, true, "11:-1", "integer:1"},
-        {"BIT", adBoolean, 2, "Faux", "11:0", "integer:0"},
         {"DATETIME", adDate, 8, Variant::date(45418.5), "7:06/05/2024 12:00:00", "text:2024-05-06 12:00:00"},
-        {"DATE", adDate, 8, 45418.25, "7:06/05/2024 06:00:00", "text:2024-05-06 06:00:00"},
         {"VARCHAR(5)", adVarWChar, 5, "Œuvré", "8:Œuvré", "text:Œuvré"},
         {"TEXT", adLongVarWChar, 0x3FFFFFFF, 5, "8:5", "text:5"},
-        {"MEMO", adLongVarWChar, 0x3FFFFFFF, "", "8:", "text:"},
         {"BLOB", adLongVarBinary, 0x3FFFFFFF, Variant::bytes({"a\0b", 3}), "8209:3 bytes", "blob:a"},
-        {"VARBINARY(2)", adVarBinary, 2, Variant::bytes("ab"), "8209:2 bytes", "blob:ab"},
         {"", adLongVarWChar, 0x3FFFFFFF, 1.5, "8:1.5", "text:1.5"},
-        {"POINTS INTEGER", adInteger, 4, Variant::null(), "1:null", "null:"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.declared);
