@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include <kestra/project/point_lines.h>
+#include <kestra/project/conversions/point_lines.h>
 
 /// Each line gives one line, and each is a point, a bad one or a copy.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

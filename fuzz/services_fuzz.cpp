@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include <kestra/project/services_file.h>
+#include <kestra/project/places/services_file.h>
 #include <platform/replaceable.h>
 
 #include "../tests/support/memory_files.h"

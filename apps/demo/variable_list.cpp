@@ -1,7 +1,7 @@
 #include "variable_list.h"
 
 #include <dorsel/paths.h>
-#include <kestra/project/variable_list.h>
+#include <kestra/project/reading/variable_list.h>
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include <dorsel/geodesy/decimal.h>
-#include <kestra/project/point_lines.h>
+#include <kestra/project/conversions/point_lines.h>
 #include <platform/files.h>
 #include <platform/standard_streams.h>
 

@@ -1,5 +1,5 @@
 #include <dorsel/paths.h>
-#include <kestra/project/moved_project.h>
+#include <kestra/project/places/moved_project.h>
 #include <platform/files.h>
 
 #include "json.h"

@@ -1,4 +1,4 @@
-#include <kestra/project/variable_list.h>
+#include <kestra/project/reading/variable_list.h>
 
 #include <dorsel/globals.h>
 #include <dorsel/paths.h>

@@ -1,4 +1,4 @@
-#include <kestra/project/written_line.h>
+#include <kestra/project/writing/written_line.h>
 
 #include "json.h"
 #include "project_file.h"

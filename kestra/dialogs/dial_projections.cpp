@@ -4,7 +4,7 @@
 #include <dorsel/globals.h>
 #include <kestra/dialogs/resource.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/coordinate_operation.h>
+#include <kestra/project/conversions/coordinate_operation.h>
 #include <platform/window/controls.h>
 #include <platform/window/file_dialog.h>
 #include <platform/window/module_state.h>

@@ -9,11 +9,11 @@
 #include <dorsel/paths.h>
 #include <dorsel/settings.h>
 #include <kestra/frame/frame_hooks.h>
-#include <kestra/project/change_file.h>
-#include <kestra/project/line_filter.h>
-#include <kestra/project/line_reader.h>
-#include <kestra/project/project_walk.h>
-#include <kestra/project/relative_paths.h>
+#include <kestra/project/places/relative_paths.h>
+#include <kestra/project/reading/line_filter.h>
+#include <kestra/project/reading/line_reader.h>
+#include <kestra/project/reading/project_walk.h>
+#include <kestra/project/writing/change_file.h>
 #include <platform/cp1252.h>
 
 // `chtdef` is built when the library is loaded and uses what stands before it.

@@ -4,7 +4,7 @@
 
 #include <dorsel/paths.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/relative_paths.h>
+#include <kestra/project/places/relative_paths.h>
 #include <platform/cp1252.h>
 #include <platform/files.h>
 #include <platform/prompt.h>

@@ -6,7 +6,7 @@
 #include <dorsel/globals.h>
 #include <dorsel/strings.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/variable_lookup.h>
+#include <kestra/project/reading/variable_lookup.h>
 #include <platform/cp1252.h>
 
 namespace {

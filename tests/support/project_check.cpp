@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include <kestra/project/variable_list.h>
+#include <kestra/project/reading/variable_list.h>
 #include <platform/cp1252.h>
 #include <platform/replaceable.h>
 

@@ -4,8 +4,8 @@
 #include <string>
 
 #include <kestra/project/chantier.h>
-#include <kestra/project/variable_list.h>
-#include <kestra/project/written_line.h>
+#include <kestra/project/reading/variable_list.h>
+#include <kestra/project/writing/written_line.h>
 #include <platform/cp1252.h>
 #include <platform/faulty_files.h>
 #include <platform/replaceable.h>

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include <kestra/project/chantier.h>
-#include <kestra/project/coordinate_operation.h>
+#include <kestra/project/conversions/coordinate_operation.h>
 
 #include "../../support/settings_folders.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <kestra/project/point_lines.h>
+#include <kestra/project/conversions/point_lines.h>
 
 using kestra::PointLines;
 

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include <kestra/project/chantier.h>
-#include <kestra/project/services_file.h>
+#include <kestra/project/places/services_file.h>
 
 #include "../../support/recorders.h"
 #include "../../support/settings_folders.h"

@@ -5,7 +5,7 @@
 
 #include <dorsel/strings.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/written_line.h>
+#include <kestra/project/writing/written_line.h>
 
 #include "../../support/recorders.h"
 #include "../../support/temporary_folder.h"

@@ -6,9 +6,9 @@
 #include <random>
 #include <thread>
 
-#include <kestra/project/change_file.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/moved_project.h>
+#include <kestra/project/places/moved_project.h>
+#include <kestra/project/writing/change_file.h>
 #include <platform/faulty_files.h>
 #include <platform/machine.h>
 #include <platform/replaceable.h>

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <kestra/project/variable_list.h>
+#include <kestra/project/reading/variable_list.h>
 
 #include "../../support/temporary_folder.h"
 

@@ -5,8 +5,8 @@
 
 #include <dorsel/strings.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/write_turn.h>
-#include <kestra/project/written_line.h>
+#include <kestra/project/writing/write_turn.h>
+#include <kestra/project/writing/written_line.h>
 #include <platform/cp1252.h>
 
 namespace {

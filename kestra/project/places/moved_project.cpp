@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include <kestra/project/change_file.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/relative_paths.h>
+#include <kestra/project/places/relative_paths.h>
+#include <kestra/project/writing/change_file.h>
 #include <platform/cp1252.h>
 #include <platform/files.h>
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include <kestra/project/change_file.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/line_filter.h>
+#include <kestra/project/reading/line_filter.h>
+#include <kestra/project/writing/change_file.h>
 
 namespace kestra {
 

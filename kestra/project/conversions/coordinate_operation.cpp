@@ -1,4 +1,4 @@
-#include <kestra/project/coordinate_operation.h>
+#include <kestra/project/conversions/coordinate_operation.h>
 
 #include <algorithm>
 #include <array>

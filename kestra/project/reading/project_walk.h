@@ -6,8 +6,8 @@
 #include <unordered_set>
 
 #include <kestra/project/chantier.h>
-#include <kestra/project/line_filter.h>
-#include <kestra/project/line_reader.h>
+#include <kestra/project/reading/line_filter.h>
+#include <kestra/project/reading/line_reader.h>
 
 namespace kestra {
 

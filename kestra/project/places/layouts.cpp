@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include <dorsel/globals.h>
-#include <kestra/project/change_file.h>
 #include <kestra/project/chantier.h>
+#include <kestra/project/writing/change_file.h>
 #include <platform/files.h>
 
 namespace {

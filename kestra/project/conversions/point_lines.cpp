@@ -1,4 +1,4 @@
-#include <kestra/project/point_lines.h>
+#include <kestra/project/conversions/point_lines.h>
 
 #include <algorithm>
 #include <cmath>

@@ -7,7 +7,7 @@
 #include <dorsel/globals.h>
 #include <dorsel/paths.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/services_file.h>
+#include <kestra/project/places/services_file.h>
 #include <platform/cp1252.h>
 #include <platform/prompt.h>
 #include <platform/stream.h>

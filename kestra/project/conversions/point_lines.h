@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include <kestra/project/coordinate_operation.h>
+#include <kestra/project/conversions/coordinate_operation.h>
 #include <platform/export.h>
 
 namespace kestra {

@@ -1,6 +1,6 @@
 #include "write_turn.h"
 
-#include <kestra/project/line_reader.h>
+#include <kestra/project/reading/line_reader.h>
 
 namespace kestra {
 namespace {

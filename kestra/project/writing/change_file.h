@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <kestra/project/undo_record.h>
+#include <kestra/project/writing/undo_record.h>
 #include <platform/files.h>
 
 namespace kestra {

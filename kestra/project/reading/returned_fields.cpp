@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include <kestra/project/relative_paths.h>
-#include <kestra/project/written_line.h>
+#include <kestra/project/places/relative_paths.h>
+#include <kestra/project/writing/written_line.h>
 
 namespace kestra {
 

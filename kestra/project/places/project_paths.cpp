@@ -5,8 +5,8 @@
 #include <dorsel/globals.h>
 #include <dorsel/paths.h>
 #include <kestra/project/chantier.h>
-#include <kestra/project/existing_entries.h>
-#include <kestra/project/relative_paths.h>
+#include <kestra/project/places/existing_entries.h>
+#include <kestra/project/places/relative_paths.h>
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <kestra/project/relative_paths.h>
+#include <kestra/project/places/relative_paths.h>
 #include <platform/cp1252.h>
 
 namespace kestra {

@@ -4,9 +4,9 @@
 #include <memory>
 #include <utility>
 
-#include <kestra/project/line_filter.h>
-#include <kestra/project/line_reader.h>
-#include <kestra/project/returned_fields.h>
+#include <kestra/project/reading/line_filter.h>
+#include <kestra/project/reading/line_reader.h>
+#include <kestra/project/reading/returned_fields.h>
 #include <platform/cp1252.h>
 #include <platform/files.h>
 #include <platform/stream.h>

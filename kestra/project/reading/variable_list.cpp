@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-#include <kestra/project/project_walk.h>
-#include <kestra/project/returned_fields.h>
-#include <kestra/project/variable_lookup.h>
+#include <kestra/project/reading/project_walk.h>
+#include <kestra/project/reading/returned_fields.h>
+#include <kestra/project/reading/variable_lookup.h>
 
 namespace {
 

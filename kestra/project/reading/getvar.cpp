@@ -3,9 +3,9 @@
 #include <utility>
 
 #include <kestra/project/chantier.h>
-#include <kestra/project/project_walk.h>
-#include <kestra/project/returned_fields.h>
-#include <kestra/project/variable_lookup.h>
+#include <kestra/project/reading/project_walk.h>
+#include <kestra/project/reading/returned_fields.h>
+#include <kestra/project/reading/variable_lookup.h>
 #include <platform/cp1252.h>
 
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include <kestra/project/line_reader.h>
+#include <kestra/project/reading/line_reader.h>
 #include <platform/arrays.h>
 
 namespace kestra {

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include <kestra/project/chantier.h>
-#include <kestra/project/line_reader.h>
-#include <kestra/project/write_turn.h>
+#include <kestra/project/reading/line_reader.h>
+#include <kestra/project/writing/write_turn.h>
 
 namespace {
 
