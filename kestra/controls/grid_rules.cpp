@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <ranges>
 
 namespace controls {
 
@@ -48,7 +47,7 @@ bool hitsCheckBox(const CheckClick& click) {
 }
 
 int rowAfterDeletion(int current, std::span<const int> deleted) {
-    for (const int row : std::views::reverse(deleted)) current = std::min(current, row - 1);
+    for (std::size_t i = deleted.size(); i > 0; --i) current = std::min(current, deleted[i - 1] - 1);
     return current;
 }
 
