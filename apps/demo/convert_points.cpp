@@ -25,6 +25,12 @@ bool convertRecord(MyRecordsetPtr& records, bool hasHeight, CDialProjections& ch
     return records.Update(1) >= 0;
 }
 
+/// Puts a transaction back that was not ended; what cannot be put back any more is not there either.
+void rollBack(const _ConnectionPtr& connection) try {
+    connection->RollbackTrans();
+} catch (const _com_error&) {
+}
+
 }  // namespace
 
 PointConversion convertPoints(const _ConnectionPtr& connection, const char* table, CDialProjections& choice) {
@@ -33,15 +39,22 @@ PointConversion convertPoints(const _ConnectionPtr& connection, const char* tabl
     if (records.Open(table, connection, ado20::adCmdTable, ado20::adOpenKeyset, ado20::adLockOptimistic) <
             0 ||
         records.GetIndexFromName("X") < 0 || records.GetIndexFromName("Y") < 0)
-        return {0, 1};
+        return {0, 0, "La table n'a pas de champs X et Y, ou ne s'ouvre pas"};
     const bool hasHeight = records.GetIndexFromName("Z") >= 0;
-    connection->BeginTrans();
-    int row = 1;
-    for (records.MoveFirst(); records.Eof() == 0 && result.failedRow == 0; records.MoveNext(), ++row)
-        if (!convertRecord(records, hasHeight, choice, result.converted)) result.failedRow = row;
-    if (result.failedRow == 0)
-        connection->CommitTrans();
-    else
-        connection->RollbackTrans();
+    bool begun = false;
+    try {
+        connection->BeginTrans();
+        begun = true;
+        int row = 1;
+        for (records.MoveFirst(); records.Eof() == 0 && result.failedRow == 0; records.MoveNext(), ++row)
+            if (!convertRecord(records, hasHeight, choice, result.converted)) result.failedRow = row;
+        if (result.failedRow == 0)
+            connection->CommitTrans();
+        else
+            connection->RollbackTrans();
+    } catch (const _com_error& error) {
+        if (begun) rollBack(connection);
+        return {0, result.failedRow, error.Description()};
+    }
     return result;
 }

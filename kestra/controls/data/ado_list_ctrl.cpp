@@ -174,7 +174,10 @@ int CAdoListCtrl::UpdateBookmarks() {
 
 bool CAdoListCtrl::MoveToRow(int row) {
     if (row < 0 || row >= records()) return false;
-    return m_Recordset.m_Position == row || m_Recordset.Move(row, -1) == 0;
+    if (m_Recordset.m_Position == row || m_Recordset.Move(row, -1) == 0) return true;
+    // A failed move says 0, where the cursor is not: the next visit to row 0 must move there.
+    m_Recordset.m_Position = -1;
+    return false;
 }
 
 std::int64_t CAdoListCtrl::RowsRead() const {

@@ -280,12 +280,15 @@ TEST(SendMail, TheAccountRecordFillsWhatIsMissing) {
     record("smtp.x.fr;2525");
     EXPECT_FALSE(mail::completed({nullptr, 0, nullptr, nullptr, nullptr}).password);
     EXPECT_FALSE(mail::completed({"a", 0, "b", nullptr, nullptr}).password) << "nothing is read";
-    record("smtp.x.fr;2525;Moi <moi@x.fr>;moi;mdp;3");
+    record("smtp.x.fr;2525;Moi <moi@x.fr>;moi;mdp;SAFE");
     account = mail::completed({"autre.fr", 26, nullptr, nullptr, "autre"});
     EXPECT_EQ(account.server + ' ' + account.sender + ' ' + account.login + ' ' + *account.password,
               "autre.fr Moi <moi@x.fr> moi autre");
     EXPECT_EQ(account.port, 26u);
     EXPECT_EQ(account.options, 3u);
+    record("smtp.x.fr;2525;Moi <moi@x.fr>;moi;mdp;3");
+    EXPECT_EQ(mail::completed({nullptr, 0, nullptr, nullptr, nullptr}).options, 0u)
+        << "only a named mark counts";
 
     ScriptedSockets sockets("");
     const platform::Replaced replaced(platform::replaceSockets, sockets);
