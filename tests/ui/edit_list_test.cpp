@@ -102,7 +102,7 @@ TEST_F(EditList, KeysMoveTheCell) {
     for (const Case& each : {Case{VK_UP, "4,1", "3,1"},
                              {VK_UP, "0,1", "0,1"},
                              {VK_DOWN, "19,1", "19,1"},
-                             {VK_PRIOR, "2,1", "0,1"},
+                             {VK_PRIOR, "2,1", "-1,1"},
                              {VK_RIGHT, "4,1", "4,2"},
                              {VK_LEFT, "4,2", "4,1"},
                              {VK_LEFT, "4,1", "3,5"},
