@@ -70,6 +70,7 @@ int CSocket::Connect(const char* host, unsigned port) {
 }
 
 int CSocket::Send(const void* data, int length, int flags) {
+    if (length < 0) return -1;
     const char* next = static_cast<const char*>(data);
     for (int left = length; left > 0 || length == 0;) {
         const int sent = CAsyncSocket::Send(next, left, flags);

@@ -25,12 +25,10 @@ bool convertRecord(MyRecordsetPtr& records, bool hasHeight, CDialProjections& ch
     return records.Update(1) >= 0;
 }
 
-void rollBack(const _ConnectionPtr& connection) {
-    try {
-        connection->RollbackTrans();
-    } catch (const _com_error&) {
-        // The transaction ended with what made it fail.
-    }
+/// Puts a transaction back that was not ended; what cannot be put back any more is not there either.
+void rollBack(const _ConnectionPtr& connection) try {
+    connection->RollbackTrans();
+} catch (const _com_error&) {
 }
 
 }  // namespace
@@ -41,7 +39,7 @@ PointConversion convertPoints(const _ConnectionPtr& connection, const char* tabl
     if (records.Open(table, connection, ado20::adCmdTable, ado20::adOpenKeyset, ado20::adLockOptimistic) <
             0 ||
         records.GetIndexFromName("X") < 0 || records.GetIndexFromName("Y") < 0)
-        return {.fault = std::string("La table ") + table + " n'a pas de champs X et Y"};
+        return {0, 0, "La table n'a pas de champs X et Y, ou ne s'ouvre pas"};
     const bool hasHeight = records.GetIndexFromName("Z") >= 0;
     bool begun = false;
     try {
@@ -50,13 +48,13 @@ PointConversion convertPoints(const _ConnectionPtr& connection, const char* tabl
         int row = 1;
         for (records.MoveFirst(); records.Eof() == 0 && result.failedRow == 0; records.MoveNext(), ++row)
             if (!convertRecord(records, hasHeight, choice, result.converted)) result.failedRow = row;
-        if (result.failedRow == 0) {
+        if (result.failedRow == 0)
             connection->CommitTrans();
-            return result;
-        }
+        else
+            connection->RollbackTrans();
     } catch (const _com_error& error) {
-        result.fault = error.Description();
+        if (begun) rollBack(connection);
+        return {0, result.failedRow, error.Description()};
     }
-    if (begun) rollBack(connection);
     return result;
 }

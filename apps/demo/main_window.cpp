@@ -21,10 +21,10 @@ constexpr RECT startPlace = {30, 25, 830, 505};
 HMENU makeMenu() {
     CMenu file;
     file.CreatePopupMenu();
-    file.AppendMenu(MF_STRING, openProject, "&Ouvrir un chantier...\tCtrl+O");
-    file.AppendMenu(MF_STRING, openDatabase, "Ouvrir une &table...\tCtrl+T");
-    file.AppendMenu(MF_STRING, printList, "&Imprimer\tCtrl+P");
-    file.AppendMenu(MF_STRING, copyList, "&Copier\tCtrl+C");
+    file.AppendMenu(MF_STRING, openProject, "&Ouvrir un chantier...");
+    file.AppendMenu(MF_STRING, openDatabase, "Ouvrir une &table...");
+    file.AppendMenu(MF_STRING, printList, "&Imprimer");
+    file.AppendMenu(MF_STRING, copyList, "&Copier");
     file.AppendSeparator();
     file.AppendMenu(MF_STRING, quit, "&Quitter");
     CMenu bar;
@@ -82,6 +82,8 @@ int MainWindow::openTable(const char* database, const char* table) {
     Database files;
     CString name(table);
     const _ConnectionPtr connection = files.OpenDB(database, Database::askWhenMissing, ado20::adUseClient);
+    // A row that cannot be saved has told why.
+    if (m_table.UpdateEdit(CEditListCtrl::commitAll) == 0) return -1;
     if (connection && name.IsEmpty() && files.SelectTable(name, connection, 0) != 0) return -1;
     const int count = connection ? m_table.show(connection, name) : -1;
     if (count < 0) {
@@ -178,15 +180,14 @@ void MainWindow::convert() {
     if (choice.Choose(3) != IDOK) return;
     const PointConversion result = convertPoints(m_connection, m_tableName, choice);
     CString message;
-    const bool isDone = result.failedRow == 0 && result.fault.empty();
-    if (isDone)
+    if (result.done())
         message.Format("%d points convertis de %s en %s", result.converted, choice.m_projOrigine.GetString(),
                        choice.m_projFinale.GetString());
-    else if (!result.fault.empty())
-        message.Format("%s ; la table est restée comme elle était", result.fault.c_str());
+    else if (!result.failure.empty())
+        message = "Conversion impossible : " + CString(result.failure);
     else
         message.Format("Ligne %d : point non converti ; la table est restée comme elle était",
                        result.failedRow);
     m_table.show(m_connection, m_tableName);
-    AfxMessageBox(message, isDone ? platform::iconInformation : platform::iconExclamation);
+    AfxMessageBox(message, result.done() ? platform::iconInformation : platform::iconExclamation);
 }

@@ -51,7 +51,8 @@ GridKeyDecision decideGridKey(unsigned key, const GridKeyState& state) {
             // Kept: Ctrl+Home leads to column 1, column 0 is the row header's.
             return toCorner(0, 1, key, state);
         case keyPageUp:
-            return toRow(std::max(0, state.row - state.rowsPerPage), key, state);
+            // Kept: a page up beyond the first row leads to no row.
+            return toRow(state.row - state.rowsPerPage, key, state);
         case keyPageDown:
             return toRow(state.row + state.rowsPerPage, key, state);
         case keyUp:

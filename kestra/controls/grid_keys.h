@@ -67,7 +67,8 @@ struct GridKeyDecision {
 /// The column behind the last one, for `moveToPosition`.
 constexpr int lastPosition = 10000;
 
-/// The rules, first match first. A page up that would lead above the first row leads to it. Keys with Alt,
+/// The rules, first match first. A page up that would lead above the first row gives a
+/// negative row, which `SetCurrentSubItem` takes for none. Keys with Alt,
 /// and Ctrl+Tab, are never the grid's; Shift turns Tab round.
 GridKeyDecision decideGridKey(unsigned key, const GridKeyState& state);
 

@@ -19,8 +19,7 @@ using ado20::LockTypeEnum;
 /// - the current position is kept here as far as it is known (`m_Position`); after `AddNew`, `Find` and moves
 ///   beyond an end it may be off until `GetPosition`;
 /// - positions are those of ADO less one: 0 for the first record, -4 behind the last one, -3 before the
-/// first,
-///   -2 where there is none;
+///   first, -2 where there is none;
 /// - `Eof` and `Bof` are -1 for true, and for a failure, so that a loop over records ends there too;
 /// - `GetFieldName` and `GetStrValue` answer with the module-wide text of <kestra/database/database.h>.
 ///

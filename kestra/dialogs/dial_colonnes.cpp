@@ -7,6 +7,7 @@
 
 #include <kestra/controls/lra_list_ctrl.h>
 #include <kestra/dialogs/resource.h>
+#include <platform/window/module_state.h>
 
 namespace {
 
@@ -35,6 +36,11 @@ const CRuntimeClass CDialColonnes::runtimeClass{"CDialColonnes", &CDialog::runti
 
 CDialColonnes::CDialColonnes(CLraListCtrl* list, int firstColumn)
     : CDialog(IDD_COLONNES, list), m_list(list), m_firstColumn(std::max(firstColumn, 0)) {}
+
+INT_PTR CDialColonnes::DoModal() {
+    const AfxManageState state(AfxGetStaticModuleState());
+    return CDialog::DoModal();
+}
 
 void CDialColonnes::DoDataExchange(CDataExchange* exchange) {
     DDX_Control(exchange, IDC_COLONNES_LISTE, m_rows);

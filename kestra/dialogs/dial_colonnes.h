@@ -26,6 +26,9 @@ class KESTRA_API CDialColonnes : public CDialog {
     static const CRuntimeClass runtimeClass;
     const CRuntimeClass* GetRuntimeClass() const override { return &runtimeClass; }
 
+    /// Takes its template from the library, whoever calls.
+    INT_PTR DoModal() override;
+
   protected:
     BOOL OnInitDialog() override;
     void OnOK() override;

@@ -92,7 +92,8 @@ unsigned checkMarkOfStyle(std::uint32_t style) {
 int answerUnasked(const BoxButtons& buttons) {
     if (buttons.escapeId != noEscape) return static_cast<int>(buttons.escapeId);
     const auto last = std::find_if(buttons.shown.rbegin(), buttons.shown.rend(), [](const BoxButton& button) {
-        return button.id != boxHelp && button.id != boxAllNo;
+        return button.id != boxHelp && button.id != boxAllNo && button.id != boxAllYes &&
+               button.id != boxSkipAll && button.id != boxIgnoreAll;
     });
     return last->id;
 }

@@ -6,6 +6,7 @@
 
 #include <dorsel/settings.h>
 #include <dorsel/strings.h>
+#include <kestra/net/send_mail.h>
 
 namespace mail {
 namespace {
@@ -39,7 +40,8 @@ Account completed(const GivenAccount& given) {
     account.login = textOr(given.login, fields[3]);
     if (const char* password = given.password != nullptr ? given.password : fields[4])
         account.password = password;
-    account.options = static_cast<unsigned>(std::atoi(textOr(fields[5], "0")));
+    // A named mark, since records in use may hold anything else there.
+    if (std::strcmp(textOr(fields[5], ""), "SAFE") == 0) account.options = mailSafeLines | mailBareEnvelope;
     return account;
 }
 

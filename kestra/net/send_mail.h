@@ -52,8 +52,8 @@ extern "C" {
 /// empty login there is no authentication.
 ///
 /// Account record: setting "MAILLOGIN" of section "GENERAL" of source "TOREL" (local, then network): server;
-/// port; sender; login; password; options as a number. A record of fewer than 10 characters counts as
-/// none: the one the library was built with is used.
+/// port; sender; login; password; "SAFE" for both `MailOptions`, where anything else means none. A record of
+/// fewer than 10 characters counts as none: the one the library was built with is used.
 ///
 /// A sender, recipient, subject or attachment that holds CR or LF, which could pass for a command or a
 /// header, and a null body are refused: 0, before anything is sent. Failures to begin with are told: "Init

@@ -42,6 +42,7 @@ int CSocketX::timed(unsigned milliseconds, bool translateAlways, const auto& tra
 }
 
 int CSocketX::Send(const char* text, unsigned timeoutMilliseconds, int flags) {
+    if (text == nullptr) text = "";
     return SendBin(text, static_cast<long>(std::strlen(text)), timeoutMilliseconds, flags);
 }
 

@@ -12,10 +12,9 @@ class CComboBox;
 /// `combo` or `file` is null. Only where there are windows.
 ///
 /// `file`: a file name or pattern; with a folder, that folder is looked in. `folders`: further folders
-/// separated by
-/// ';', null or empty for none. `flags` not 0: the folder of the current project as well, when there is one.
-/// Names are those of files that are not hidden; equal ones are found as neighbours, so the control has to be
-/// a sorted one. Names that differ only in case stay both.
+/// separated by ';', null or empty for none. `flags` not 0: the folder of the current project as well, when
+/// there is one. Names are those of files that are not hidden; equal ones are found as neighbours, so the
+/// control has to be a sorted one. Names that differ only in case stay both.
 extern "C" KESTRA_API int ComboFich(CComboBox* combo, const char* file, const char* folders, int flags);
 
 /// The same without a control.

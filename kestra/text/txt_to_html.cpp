@@ -142,17 +142,19 @@ void openPage(const std::string& path) {
 const char* TxtToHtml(const char* file, int flags) {
     const std::string path = file != nullptr ? firstMatch(file) : std::string();
     if (path.empty()) return nullptr;
-    if (platform::theFiles().size(path.c_str()) <= 2) return g_pagePath.c_str();
+    const std::int64_t size = platform::theFiles().size(path.c_str());
+    if (size < 0) return nullptr;  // it has gone meanwhile
+    if (size <= 2) return g_pagePath.c_str();
     const std::string pagePath = pagePathFor(path);
     const bool inPlace = platform::equalNoCase1252(path, pagePath);
     Outcome outcome;
     {
         ReportFile text;
         if (!text.open(path, inPlace)) return nullptr;
-        g_pagePath = pagePath;
         outcome = writePage(pagePath, text);
     }
     if (outcome == Outcome::notRead) return nullptr;
+    g_pagePath = pagePath;
     // Last of all, and not when the page took its place: a report is not given up before its page is there.
     if ((flags & txtToHtmlDeleteText) != 0 && outcome == Outcome::written && !inPlace)
         platform::theFiles().remove(path.c_str());

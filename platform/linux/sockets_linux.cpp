@@ -95,7 +95,8 @@ struct LookUp {
 
 /// Look-ups that were given up while they ran: the system still writes to them.
 void keepUntilDone(std::unique_ptr<LookUp> lookUp) {
-    static std::vector<std::unique_ptr<LookUp>> givenUp;
+    // Never destroyed: the system may still write to them while the program ends.
+    static auto& givenUp = *new std::vector<std::unique_ptr<LookUp>>;
     std::erase_if(givenUp, [](const auto& old) { return ::gai_error(&old->request) != EAI_INPROGRESS; });
     if (lookUp != nullptr) givenUp.push_back(std::move(lookUp));
 }

@@ -89,7 +89,7 @@ TEST_F(EditList, KeysAreThoseOfTheFocusTheCaretAndTheShownColumns) {
     } cases[] = {{4, 1, 0, VK_UP, false, "3,1"},     {19, 1, 0, VK_DOWN, false, "19,1"},
                  {4, 1, 0, VK_LEFT, false, "3,4"},   {4, 1, 1, VK_LEFT, false, ""},
                  {4, 1, 1, VK_RIGHT, false, ""},     {4, 1, 3, VK_RIGHT, false, "4,2"},
-                 {2, 1, 0, VK_PRIOR, false, "0,1"},  {4, 1, 0, VK_END, true, "19,4"},
+                 {2, 1, 0, VK_PRIOR, false, "-1,1"}, {4, 1, 0, VK_END, true, "19,4"},
                  {4, 2, 0, VK_HOME, true, "0,1"},    {4, 1, 0, VK_HOME, false, ""},
                  {4, 3, 0, VK_RETURN, false, "4,4"}, {4, 4, 0, VK_TAB, false, "5,1"}};
     for (const auto& each : cases) {

@@ -175,7 +175,8 @@ int CAdoListCtrl::UpdateBookmarks() {
 bool CAdoListCtrl::MoveToRow(int row) {
     if (row < 0 || row >= records()) return false;
     if (m_Recordset.m_Position == row || m_Recordset.Move(row, -1) == 0) return true;
-    m_Recordset.m_Position = -1;  // On no row of the list: the next move is not taken for done.
+    // A failed move says 0, where the cursor is not: the next visit to row 0 must move there.
+    m_Recordset.m_Position = -1;
     return false;
 }
 

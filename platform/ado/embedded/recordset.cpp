@@ -59,7 +59,10 @@ HResult Recordset::Open(const Variant& source, const _ConnectionPtr& connection,
     if (source.type() == VarType::text) m_text = source.view().data;
     RowSource rows = sourceOf(m_text, options);
     // A statement without rows has run; the recordset stays closed.
-    if (rows.database != nullptr) start(std::move(rows));
+    if (rows.database != nullptr)
+        start(std::move(rows));
+    else
+        m_connection->forgetRows();
     return hrOk;
 }
 
@@ -531,9 +534,11 @@ void Recordset::insertRow() {
 
 void Recordset::updateRow() {
     View& view = *m_view;
-    const auto isKey = [&](std::size_t column) { return view.source.columns[column].isKey; };
-    // Keys are read on from the last one known, which is about to be another.
-    if (std::any_of(m_pendingColumns.begin(), m_pendingColumns.end(), isKey)) completeKeys();
+    // Reading on starts behind the last key that is known: that one must not change before all are.
+    const bool changesKey =
+        std::any_of(m_pendingColumns.begin(), m_pendingColumns.end(),
+                    [&](std::size_t column) { return view.source.columns[column].isKey; });
+    if (changesKey) completeKeys();
     if (!view.update || view.updateColumns != m_pendingColumns) {
         std::string assignments;
         for (const std::size_t column : m_pendingColumns)
@@ -548,7 +553,7 @@ void Recordset::updateRow() {
     view.update.run();
     if (sqlite3_changes(view.source.database->handle()) == 0) throw _com_error(hrDeletedRow);
     for (const std::size_t column : m_pendingColumns)
-        if (isKey(column) && !m_pending[column].isNull())
+        if (view.source.columns[column].isKey && !m_pending[column].isNull())
             view.keys.replace(m_index, m_pending[column].view().integer);
     view.page.refresh(view.keys, m_index);
 }

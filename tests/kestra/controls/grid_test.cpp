@@ -62,7 +62,7 @@ const KeyCase keyTable[] = {
     {keyEnd, "et+", none},
     {keyHome, "g^", moveToPosition, 0, 1},
     {keyHome, "et+", none},
-    {keyPageUp, "et+", moveToCell, 0, 2},
+    {keyPageUp, "et+", moveToCell, -3, 2},
     {keyPageDown, "et+", moveToCell, 13, 2},
     {keyUp, "et+", moveToCell, 4, 2},
     {keyDown, "et+", moveToCell, 6, 2},
@@ -95,13 +95,13 @@ TEST(GridKeys, ControlHomeLeadsToColumn1) {
     EXPECT_EQ(decideGridKey(keyHome, stateOf("et+^")).column, 1);
 }
 
-TEST(GridKeys, RowsAreNotClampedBelowAndNeverAbove) {
+TEST(GridKeys, APageUpBeyondTheFirstRowLeadsToNoRow) {
     GridKeyState state = stateOf("et+");
     state.row = 39;
     EXPECT_EQ(decideGridKey(keyDown, state).row, 40);
     state.row = -1;
     EXPECT_EQ(decideGridKey(keyUp, state).row, 0);
-    EXPECT_EQ(decideGridKey(keyPageUp, state).row, 0);
+    EXPECT_EQ(decideGridKey(keyPageUp, state).row, -9);
     state.row = 20;
     EXPECT_EQ(decideGridKey(keyPageUp, state).row, 12);
 }

@@ -246,6 +246,8 @@ TEST(SendMail, TheAccountRecordFillsWhatIsMissing) {
     EXPECT_EQ(account.port, 587u);
 
     record("smtp.x.fr;2525;Moi <moi@x.fr>;moi;mdp;3");
+    EXPECT_EQ(mail::completed({nullptr, 0, nullptr, nullptr, nullptr}).options, 0u) << "only the mark counts";
+    record("smtp.x.fr;2525;Moi <moi@x.fr>;moi;mdp;SAFE");
     account = mail::completed({"autre.fr", 26, nullptr, nullptr, "autre"});
     EXPECT_EQ(account.server + ' ' + account.sender + ' ' + account.login + ' ' + *account.password,
               "autre.fr Moi <moi@x.fr> moi autre");

@@ -257,6 +257,24 @@ TEST(EmbeddedRecordset, ConstraintsAreToldByUpdate) {
     EXPECT_EQ(records->GetAbsolutePosition(), 2) << "a record keeps its place when its key changes";
 }
 
+TEST(EmbeddedRecordset, RenumberingAWholeTableVisitsEachRecordOnce) {
+    const _ConnectionPtr connection = createConnection(Engine::embedded);
+    connection->Open(fileString(":memory:"));
+    connection->Execute(
+        "CREATE TABLE T(ID INTEGER PRIMARY KEY); WITH RECURSIVE N(I) AS (SELECT 1 UNION ALL SELECT I + 1 "
+        "FROM N WHERE I < 40) INSERT INTO T SELECT I FROM N");
+    for (const int step : {1000, -2000}) {
+        const _RecordsetPtr records = opened(connection, "T");
+        int visited = 0;
+        for (; !records->GetEOF() && visited < 100; records->MoveNext(), ++visited) {
+            put(records, "ID", std::stoi(textOf(records, "ID")) + step);
+            records->Update();
+        }
+        EXPECT_EQ(visited, 40);
+        EXPECT_EQ(records->GetRecordCount(), 40);
+    }
+}
+
 TEST(EmbeddedRecordset, LargeTextsAndManyRecordsAreReadByPage) {
     const _ConnectionPtr connection = connected(fileString(":memory:"), "CREATE TABLE T(N INTEGER, M MEMO)");
     const _RecordsetPtr records = opened(connection, "T");
