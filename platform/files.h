@@ -111,6 +111,9 @@ class DORSEL_API FileReplacement {
     bool isOpen() const { return m_file != nullptr; }
     /// Adds to the end of the new content. Once it has failed `commit` fails too.
     bool append(std::string_view bytes);
+    /// Gives the new content the identity of the file that is there, for a caller who moves that file away
+    /// before `commit`, which does this too.
+    void takeIdentity();
     enum class Existing { replaced, refused };
     /// Puts the content in place; a file that was there gives it its identity (`FileSystem::copyIdentity`),
     /// or makes it fail. After a failure that file is as it was.

@@ -138,39 +138,6 @@ CString listingHeader(const std::string& title) {
     return listing::pageHeader(listing::convertedFreeText(CString(std::string_view(escaped(title)))), values);
 }
 
-/// A file that appears under its name once it is whole.
-class NewFile {
-  public:
-    explicit NewFile(const std::string& path)
-        : m_path(path),
-          m_draft(path + ".tmp"),
-          m_file(platform::theFiles().open(m_draft.c_str(), platform::OpenMode::create)),
-          m_isGood(m_file != nullptr) {}
-    ~NewFile() {
-        const bool isThere = m_file != nullptr;
-        m_file.reset();
-        if (isThere && !m_isPlaced) platform::theFiles().remove(m_draft.c_str());
-    }
-    void write(std::string_view bytes) {
-        m_isGood = m_isGood && m_file->writeAt(m_size, bytes.data(), bytes.size());
-        m_size += static_cast<std::int64_t>(bytes.size());
-    }
-    bool putInPlace() {
-        m_isGood = m_isGood && m_file->sync();
-        if (!m_isGood) return false;
-        m_file.reset();
-        m_isPlaced = platform::theFiles().rename(m_draft.c_str(), m_path.c_str(), true);
-        if (!m_isPlaced) platform::theFiles().remove(m_draft.c_str());
-        return m_isPlaced;
-    }
-
-  private:
-    std::string m_path, m_draft;
-    std::unique_ptr<platform::File> m_file;
-    bool m_isGood, m_isPlaced = false;
-    std::int64_t m_size = 0;
-};
-
 }  // namespace
 
 void writeColumns(TableRows& rows, Terminal& terminal, const RowDone& onRow) {
@@ -201,10 +168,10 @@ void writeCsv(TableRows& rows, Terminal& terminal, const RowDone& onRow) {
 
 bool writeHtml(TableRows& rows, const std::string& title, const std::string& file, const RowDone& onRow) {
     rows.sample(sampledRows);
-    NewFile page(file);
+    platform::FileReplacement page(file.c_str());
     ListingRows listed(rows, onRow);
-    page.write(utf8Mark);
-    listing::writeDocument([&page](std::string_view block) { page.write(platform::utf8From1252(block)); },
+    page.append(utf8Mark);
+    listing::writeDocument([&page](std::string_view block) { page.append(platform::utf8From1252(block)); },
                            listingColumns(rows.columns()), listed, listingHeader(title), linesPerPage);
-    return page.putInPlace();
+    return page.commit(platform::FileReplacement::Existing::replaced);
 }

@@ -44,7 +44,7 @@ int visitOwnLines(ProjectWalk& walk, const LineFilter& filter, const Request& re
     while (walk.nextLine(filter, line)) {
         if (request.includesOnly) continue;
         ++lines;
-        visit({line, walk.folder(), false});
+        visit({line, walk.folder(), false, false});
         foundByName = foundByName || request.isNamedBy(line);
     }
     if (foundByName) walk.dropIncludes();
@@ -57,7 +57,7 @@ int visitIncludedLines(ProjectWalk& walk, const LineFilter& filter, const Reques
     std::string_view line;
     while (walk.nextLine(filter, line)) {
         ++lines;
-        visit({line, walk.folder(), !request.includesOnly});
+        visit({line, walk.folder(), true, !request.includesOnly});
         if (request.isNamedBy(line)) break;
     }
     return lines;
@@ -80,7 +80,7 @@ int kestra::visitVariable(Cchantier& project, const char* section, const char* n
 void kestra::appendFields(CStringArray& out, const FoundLine& line, int maxFields) {
     const int nameAt = out.GetSize() + 1;
     appendFields(out, line.text, 0, maxFields, line.folder);
-    if (line.included && nameAt < out.GetSize()) out[nameAt] = "**" + out[nameAt];
+    if (line.marked && nameAt < out.GetSize()) out[nameAt] = "**" + out[nameAt];
 }
 
 CStringArray kestra::lastLineOf(Cchantier& project, const char* section, const char* name, int maxFields) {

@@ -13,7 +13,8 @@ namespace kestra {
 struct FoundLine {
     std::string_view text;
     const std::string& folder;  ///< what "..\" stands for in it
-    bool included;              ///< from an include, and to be marked so
+    bool included;              ///< from an include
+    bool marked;                ///< `Cchantier::Getvar` marks its name as an include's
 };
 
 /// Looks a variable up as `Cchantier::Getvar` says and visits its lines in that order. Returns their number;

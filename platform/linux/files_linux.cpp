@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -65,10 +66,11 @@ class PosixFile : public File {
 
     bool lock(int milliseconds) override {
         constexpr timespec pause{0, 2'000'000};
-        for (int waited = 0;; waited += 2) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+        for (;;) {
             if (::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0) return true;
             if (errno != EWOULDBLOCK && errno != EINTR) return false;
-            if (waited >= milliseconds) return false;
+            if (std::chrono::steady_clock::now() >= end) return false;
             ::nanosleep(&pause, nullptr);
         }
     }

@@ -91,7 +91,7 @@ bool readsBackFrom(const std::string& content, const CStringArray& fields) {
     Cchantier project;
     project.m_cheminCht = path;
     bool found = fields[2].Find("..") >= 0;  // a relative path comes back as another text
-    VisitFoundLines(project, fields[0], fields[1], [&](const CStringArray& line) {
+    VisitFoundLines(project, fields[0], fields[1], [&](const CStringArray& line, bool) {
         found = found || (line.GetSize() == 3 && line[2] == fields[2]);
     });
     return found;
