@@ -49,11 +49,12 @@ std::string valueInForce(Cchantier& project, const char* section, const char* na
 
 /// The service code, where there is a services file to tell it.
 std::string serviceOf(const std::string& project) {
-    const auto isThere = [](const char* folder, const char* file) {
-        return platform::theFiles().kind((std::string(folder) + file).c_str()) == platform::FileKind::file;
+    const auto isThere = [](char folder, const char* file) {
+        return platform::theFiles().kind((standardFolder(folder) + std::string(file)).c_str()) ==
+               platform::FileKind::file;
     };
     char code[DOS::pathSize] = "";
-    if (isThere(pvg.localFolder, "ini\\services.ini") || isThere(pvg.networkFolder, "ini\\services.def"))
+    if (isThere('L', "ini\\services.ini") || isThere('R', "ini\\services.def"))
         Cchantier::Dir_serv(project.c_str(), code);
     return code;
 }

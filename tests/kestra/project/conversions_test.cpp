@@ -196,6 +196,7 @@ TEST(Conversions, ChoicesComeFromTheSettings) {
     EXPECT_EQ(kestra::altitudeChoices(),
               (std::vector<std::string>{"NGF IGN69=RAF20.mnt", "Corse=RAC09.mnt"}));
 
+    ASSERT_NE(CtesProj::GetProjection("L-93"), nullptr);  // the first one loaded, when this test runs alone
     const auto choices = kestra::projectionChoices("L-93");
     EXPECT_EQ(choices[0], "_Non Définie");
     EXPECT_EQ(choices[1], "_Locale");
