@@ -65,11 +65,15 @@ bool FileReplacement::append(std::string_view bytes) {
     return !m_failed;
 }
 
+void FileReplacement::takeIdentity() {
+    theFiles().copyIdentity(m_path.c_str(), m_copy.c_str());
+}
+
 bool FileReplacement::commit(Existing existing) {
     if (m_failed || m_file == nullptr || !m_file->sync()) return false;
     m_file.reset();
     const bool replace = existing == Existing::replaced;
-    if (replace) theFiles().copyIdentity(m_path.c_str(), m_copy.c_str());
+    if (replace) takeIdentity();
     if (!theFiles().rename(m_copy.c_str(), m_path.c_str(), replace)) return false;
     m_copy.clear();
     return true;

@@ -13,12 +13,10 @@
 /// Names are 8-bit Windows-1252 texts. On Windows they are taken as they are. Elsewhere a name is looked at
 /// first:
 /// - `D:\a\b` is folder `d/a/b` below the drive root, the folder that the environment variable KESTRA_DRIVES
-/// names
-///   (`~/.kestra/drives` when it is not set); `\\server\share\x` is `unc/server/share/x` below it;
+///   names (`~/.kestra/drives` when it is not set); `\\server\share\x` is `unc/server/share/x` below it;
 /// - in any other name that holds a `\`, `\` stands for `/`;
 /// - components of these two kinds are matched without regard to case, an exact match first; what does not
-/// exist
-///   yet is created in lower case for the drive letter and as written for the rest;
+///   exist yet is created in lower case for the drive letter and as written for the rest;
 /// - a name without drive letter and without `\` is a POSIX path and taken as it is.
 /// Components are UTF-8 on disk.
 namespace platform {
@@ -111,6 +109,9 @@ class DORSEL_API FileReplacement {
     bool isOpen() const { return m_file != nullptr; }
     /// Adds to the end of the new content. Once it has failed `commit` fails too.
     bool append(std::string_view bytes);
+    /// Gives the new content the identity of the file that is there, for a caller who moves that file away
+    /// before `commit`, which does this too.
+    void takeIdentity();
     enum class Existing { replaced, refused };
     /// Puts the content in place; a file that was there gives it its identity (`FileSystem::copyIdentity`),
     /// or makes it fail. After a failure that file is as it was.

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -74,7 +75,7 @@ std::string readRequest(const Options& options, Request& request) {
     return request.from.empty() || request.to.empty() ? "--from et --to sont nécessaires" : "";
 }
 
-/// Where bytes come from, or go to: a file or the standard stream.
+/// Where bytes come from: a file or the standard stream.
 class Input {
   public:
     explicit Input(const std::string& file)
@@ -94,26 +95,26 @@ class Input {
     std::int64_t m_offset = 0;
 };
 
+/// A new file, which gets its name when it is whole, or the standard stream.
 class Output {
   public:
-    explicit Output(const std::string& file)
-        : m_file(file.empty() ? nullptr
-                              : platform::theFiles().open(file.c_str(), platform::OpenMode::createNew)),
-          m_isOpen(file.empty() || m_file != nullptr) {}
+    explicit Output(const std::string& file) {
+        if (!file.empty() && platform::theFiles().kind(file.c_str()) != platform::FileKind::missing) return;
+        if (!file.empty()) m_file.emplace(file.c_str());
+        m_isOpen = !m_file || m_file->isOpen();
+    }
     bool isOpen() const { return m_isOpen; }
     /// Writes and empties the text.
     bool write(std::string& text) {
-        const bool done = m_file != nullptr ? m_file->writeAt(m_offset, text.data(), text.size())
-                                            : platform::writeStandardOutput(text);
-        m_offset += static_cast<std::int64_t>(text.size());
+        const bool done = m_file ? m_file->append(text) : platform::writeStandardOutput(text);
         text.clear();
         return done;
     }
+    bool finish() { return !m_file || m_file->commit(platform::FileReplacement::Existing::refused); }
 
   private:
-    std::unique_ptr<platform::File> m_file;
-    bool m_isOpen;
-    std::int64_t m_offset = 0;
+    std::optional<platform::FileReplacement> m_file;
+    bool m_isOpen = false;
 };
 
 /// Converts all lines; false, once it has been said, when reading or writing fails.
@@ -139,10 +140,10 @@ class Conversion {
             buffer.resize(buffer.size() * 2);
         }
         if (filled > 0) {
-            translate({buffer.data(), filled});
+            convertLine({buffer.data(), filled});
             m_text.pop_back();  // the last line had no end
         }
-        return m_output.write(m_text) || fail("écriture impossible");
+        return (m_output.write(m_text) && m_output.finish()) || fail("écriture impossible");
     }
 
   private:
@@ -152,13 +153,12 @@ class Conversion {
         for (;;) {
             const std::size_t end = bytes.find('\n', start);
             if (end == std::string_view::npos) return start;
-            translate(bytes.substr(start, end - start));
+            convertLine(bytes.substr(start, end - start));
             if (m_text.size() >= outputChunk && !m_output.write(m_text)) m_failed = true;
             start = end + 1;
         }
     }
-    /// Adds a line to the text, with a line end.
-    void translate(std::string_view line) {
+    void convertLine(std::string_view line) {
         const char* reason = m_lines.convert(line, m_text);
         if (reason != nullptr && m_lines.badLines() <= mostMessages)
             m_terminal.error("ligne " + std::to_string(m_lines.lines()) + " : " + reason + '\n');

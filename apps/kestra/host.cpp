@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <new>
 
 #include <platform/prompt.h>
 #include <platform/replaceable.h>
@@ -8,7 +9,6 @@
 namespace {
 
 const Command* const commands[] = {
-    // one command a line
     &convertCommand, &htmlCommand,    &mailCommand, &projectCommand, &projectionsCommand,
     &requestCommand, &serviceCommand, &sortCommand, &tableCommand,   &titleCommand,
 };
@@ -103,5 +103,10 @@ int refuseUsage(const Command& command, std::string_view what, Terminal& termina
 int runHost(Arguments arguments, Terminal& terminal) {
     TerminalPrompt prompt(terminal);
     const platform::Replaced inForce(platform::replacePrompt, prompt);
-    return runGroup({"", "", commands}, arguments, terminal);
+    try {
+        return runGroup({"", "", commands}, arguments, terminal);
+    } catch (const std::bad_alloc&) {
+        terminal.error("kestra : mémoire insuffisante\n");
+        return exitFailed;
+    }
 }

@@ -38,50 +38,44 @@ std::string lineOf(const ProjectVariable& variable) {
     return line + '\n';
 }
 
-/// First value of the last line of a variable, of the project's own lines where there is one.
-struct KnownValue {
-    std::string_view section, name;
-    std::string value = {};
-    bool isOwn = false;
-
-    void take(const ProjectVariable& variable) {
-        const bool wins = !variable.included || !isOwn;
-        if (wins && variable.values.GetSize() > 0 && variable.section.CompareNoCase(section.data()) == 0 &&
-            variable.name.CompareNoCase(name.data()) == 0)
-            value = variable.values[0].view(), isOwn = !variable.included;
-    }
-};
+/// First value of the last line of a variable that is found: the one that loading a project takes.
+std::string valueInForce(Cchantier& project, const char* section, const char* name) {
+    std::string value;
+    VisitFoundLines(project, section, name, [&](const CStringArray& fields, bool) {
+        value = fields.GetSize() > 2 ? fields[2].view() : std::string_view();
+    });
+    return value;
+}
 
 /// The service code, where there is a services file to tell it.
 std::string serviceOf(const std::string& project) {
-    const auto isThere = [](const char* folder, const char* file) {
-        return platform::theFiles().kind((std::string(folder) + file).c_str()) == platform::FileKind::file;
+    const auto isThere = [](char folder, const char* file) {
+        return platform::theFiles().kind((standardFolder(folder) + std::string(file)).c_str()) ==
+               platform::FileKind::file;
     };
     char code[DOS::pathSize] = "";
-    if (isThere(pvg.localFolder, "ini\\services.ini") || isThere(pvg.networkFolder, "ini\\services.def"))
+    if (isThere('L', "ini\\services.ini") || isThere('R', "ini\\services.def"))
         Cchantier::Dir_serv(project.c_str(), code);
     return code;
 }
 
 struct Summary {
     std::string file;
-    KnownValue title{"$VARCHT", "TITRE"}, drawing{"$VARCHT", "DWG_DXF"}, projection{"$VORTLIN", "PROJECTION"};
+    std::string title = {}, service = {}, drawing = {}, projection = {};
     std::vector<std::string> variables = {};
-    std::string service = {};
 
     std::string asJson() const {
         return json::object({{"file", json::text(file)},
-                             {"title", json::text(title.value)},
+                             {"title", json::text(title)},
                              {"service", json::text(service)},
-                             {"drawing", json::text(drawing.value)},
-                             {"projection", json::text(projection.value)},
+                             {"drawing", json::text(drawing)},
+                             {"projection", json::text(projection)},
                              {"variables", json::array(variables)}}) +
                '\n';
     }
     std::string asText() const {
-        std::string text = "Projet     : " + file + "\nTitre      : " + title.value +
-                           "\nService    : " + service + "\nDessins    : " + drawing.value +
-                           "\nProjection : " + projection.value + "\n\n";
+        std::string text = "Projet     : " + file + "\nTitre      : " + title + "\nService    : " + service +
+                           "\nDessins    : " + drawing + "\nProjection : " + projection + "\n\n";
         for (const std::string& line : variables) text += line;
         return text;
     }
@@ -94,12 +88,13 @@ int show(Arguments arguments, Terminal& terminal) {
     project.m_cheminCht = projectPath(words.names[0]).c_str();
     Summary summary{words.names[0]};
     const int lines = VisitVariables(project, [&](const ProjectVariable& variable) {
-        for (KnownValue* known : {&summary.title, &summary.drawing, &summary.projection})
-            known->take(variable);
         summary.variables.push_back(words.json ? jsonOf(variable) : lineOf(variable));
         return true;
     });
     if (lines < 0) return failProject(projectShow, words.names[0], cannotOpen, terminal);
+    summary.title = valueInForce(project, "$VARCHT", "TITRE");
+    summary.drawing = valueInForce(project, "$VARCHT", "DWG_DXF");
+    summary.projection = valueInForce(project, "$VORTLIN", "PROJECTION");
     summary.file = project.m_cheminCht.view();
     summary.service = serviceOf(summary.file);
     terminal.output(words.json ? summary.asJson() : summary.asText());
@@ -111,9 +106,8 @@ std::string answerOf(const CStringArray& fields, bool included, bool asJson) {
     CStringArray values;
     for (int i = 2; i < fields.GetSize(); ++i) values.Add(fields[i]);
     if (!asJson) return joined(textsOf(values, false)) + '\n';
-    const bool marked = included && fields[1].view().starts_with("**");
     return json::object({{"section", json::text(fields[0].view())},
-                         {"name", json::text(fields[1].view().substr(marked ? 2 : 0))},
+                         {"name", json::text(fields[1].view())},
                          {"values", json::array(textsOf(values, true))},
                          {"included", json::truth(included)}});
 }

@@ -22,7 +22,6 @@ namespace {
 
 // Kept: the backup is the file ".bak" of the current folder, not the file's own name with another extension.
 constexpr const char* backupName = ".bak";
-constexpr const char* newFileExtension = ".tri$";
 constexpr std::int64_t smallestFile = 5;
 constexpr std::ptrdiff_t longestDropped = 2;  ///< lines of up to so many characters are dropped
 
@@ -102,7 +101,7 @@ std::vector<const char*> takeDuplicates(std::vector<Line>& lines) {
 class LineWriter {
   public:
     /// `most`: bytes that will be written at most.
-    LineWriter(platform::File& file, std::int64_t most)
+    LineWriter(platform::FileReplacement& file, std::int64_t most)
         : m_file(file), m_piece(static_cast<std::size_t>(std::min<std::int64_t>(most, largestPiece))) {}
 
     bool write(const char* text, const Content& content) {
@@ -126,20 +125,15 @@ class LineWriter {
 
   private:
     static constexpr std::int64_t largestPiece = 1 << 20;
-    bool put(const char* bytes, std::size_t length) {
-        const std::int64_t at = m_offset;
-        m_offset += static_cast<std::int64_t>(length);
-        return m_file.writeAt(at, bytes, length);
-    }
+    bool put(const char* bytes, std::size_t length) { return m_file.append({bytes, length}); }
 
-    platform::File& m_file;
+    platform::FileReplacement& m_file;
     std::vector<char> m_piece;
     char* m_next = m_piece.data();
-    std::int64_t m_offset = 0;
 };
 
-bool writeLines(platform::File& file, const std::vector<Line>& lines, const Content& content, bool descending,
-                Progress& progress) {
+bool writeLines(platform::FileReplacement& file, const std::vector<Line>& lines, const Content& content,
+                bool descending, Progress& progress) {
     constexpr std::size_t fetchedAhead = 16, reportedEach = 1 << 14;
     LineWriter writer(file, content.size + 1);
     const std::size_t count = lines.size();
@@ -154,45 +148,26 @@ bool writeLines(platform::File& file, const std::vector<Line>& lines, const Cont
     return writer.flush();
 }
 
-enum class Backup { none, renamed, copied };
-
-/// Gives the file's present content the backup's name; a backup on another drive is a copy.
-Backup backUp(const char* file, const Content& content) {
-    if (theFiles().absolute(file) == theFiles().absolute(backupName))
-        return Backup::copied;  // under its own name
-    if (DOS::Rename(file, backupName, 1) != 0) return Backup::renamed;
-    const std::string_view bytes(content.bytes.get(), static_cast<std::size_t>(content.size));
-    return platform::replaceWholeFile(backupName, bytes) ? Backup::copied : Backup::none;
-}
-
-/// A file beside `file` that nobody has; `name` becomes its name.
-std::unique_ptr<platform::File> newFileBeside(const char* file, std::string& name) {
-    constexpr int mostAttempts = 100;
-    std::unique_ptr<platform::File> made;
-    for (int i = 0; made == nullptr && i < mostAttempts; ++i) {
-        name = file + std::string(newFileExtension) + (i > 0 ? std::to_string(i) : "");
-        made = theFiles().open(name.c_str(), platform::OpenMode::createNew);
-    }
-    return made;
+/// Keeps the file's present content under the backup's name: the file itself, or a copy when the backup is on
+/// another drive. False when neither can be.
+bool backUp(const char* file, const Content& content) {
+    return DOS::Rename(file, backupName, 1) != 0 ||
+           platform::replaceWholeFile(backupName,
+                                      {content.bytes.get(), static_cast<std::size_t>(content.size)});
 }
 
 /// Writes the lines beside the file and puts them in its place, the present content in the backup's.
 bool replaceFile(const char* file, const std::vector<Line>& lines, const Content& content, bool descending,
                  Progress& progress) {
-    std::string newFile;
-    bool ready = false;
-    if (const auto out = newFileBeside(file, newFile)) {
-        ready = writeLines(*out, lines, content, descending, progress);
-        theFiles().copyIdentity(file, newFile.c_str());
-        const Backup backup = ready ? backUp(file, content) : Backup::none;
-        // What still has the file's own name must not go before the new content is on the disk.
-        ready = backup == Backup::renamed || (backup == Backup::copied && out->sync());
-    } else {
-        return false;
-    }
-    if (ready && DOS::Rename(newFile.c_str(), file, 1) != 0) return true;
-    if (theFiles().kind(file) == platform::FileKind::missing) DOS::Rename(backupName, file, 0);
-    theFiles().remove(newFile.c_str());
+    // Of a link the file that it leads to is sorted, and is what the backup keeps.
+    const std::string target = theFiles().linkTarget(file);
+    platform::FileReplacement sorted(target.c_str());
+    if (!sorted.isOpen() || !writeLines(sorted, lines, content, descending, progress)) return false;
+    sorted.takeIdentity();  // while the file still has its name
+    if (!backUp(target.c_str(), content)) return false;
+    if (sorted.commit(platform::FileReplacement::Existing::replaced)) return true;
+    if (theFiles().kind(target.c_str()) == platform::FileKind::missing)
+        DOS::Rename(backupName, target.c_str(), 0);
     return false;
 }
 

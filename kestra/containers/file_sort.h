@@ -16,9 +16,10 @@
 ///   replaced.
 ///
 /// At any moment the previous content is there in full, under the file's own name or the backup's: the sorted
-/// lines are written to a new file beside it (its name and ".tri$"), which takes the name when it is
-/// complete. When that is not possible, or no backup can be made, the file stays as it was. Only the file
-/// ".bak" of the current folder is sorted without a backup.
+/// lines are written to a file beside it, under a name that no other file has, which takes the file's name
+/// and identity when it is complete. When that is not possible, or no backup can be made, the file stays as
+/// it was. The one file without a backup is the file ".bak" of the current folder itself. Of a symbolic link
+/// the file that it leads to is sorted.
 
 /// `mode` 0 or 1: lines; 2: lines, duplicates dropped whatever `unique` says; 3 and above: records of `mode`
 /// bytes, for which nothing is done and 0 returned; negative: the same in descending order. `unique` not 0

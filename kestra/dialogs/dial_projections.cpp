@@ -1,7 +1,10 @@
 #include <kestra/dialogs/dial_projections.h>
 
+#include <cmath>
+
 #include <dorsel/geodesy/decimal.h>
 #include <dorsel/globals.h>
+#include <dorsel/paths.h>
 #include <kestra/dialogs/resource.h>
 #include <kestra/project/chantier.h>
 #include <kestra/project/conversions/coordinate_operation.h>
@@ -25,10 +28,11 @@ class ComboOf : public CComboBox {
 /// A number with decimal point or comma.
 void exchangeNumber(CDataExchange* exchange, int id, double& number) {
     char text[geodesy::decimalRoom + 1];
-    *geodesy::printDecimal(text, number, number == static_cast<int>(number) ? 0 : heightDecimals) = '\0';
+    *geodesy::printDecimal(text, number, number == std::trunc(number) ? 0 : heightDecimals) = '\0';
     CString written(text);
     DDX_Text(exchange, id, written);
     if (exchange->m_failed || !exchange->m_bSaveAndValidate) return;
+    if (written == text) return;  // the number may have more decimals than are shown
     written.Trim();
     if (written.IsEmpty())
         number = 0;
@@ -145,7 +149,7 @@ void CDialProjections::OnBnClickedBPathTo() {
 }
 
 void CDialProjections::OnBnClickedBPath(int control) {
-    const CString start = CString(pvg.networkFolder) + "INI\\*.MNT";
+    const CString start = CString(standardFolder('R')) + "INI\\*.MNT";
     CFileDialog chooser(true, "MNT", start, OFN_HIDEREADONLY | OFN_EXPLORER,
                         "Grilles MNT (*.MNT;*.GRA)|*.MNT;*.GRA|Tous (*.*)|*.*||", this);
     if (chooser.DoModal() == IDOK) SetDlgItemText(control, chooser.GetPathName());

@@ -46,7 +46,8 @@ class MyPCharArray;
 /// What differs from what a reader may expect: the line buffer, the joined result, the last opened path and
 /// the include arrays are shared by all objects, so that only one thread may read projects, and texts must be
 /// copied before the next call. Project files are opened for reading and writing: one that may not be written
-/// counts as missing. Null texts count as empty ones. No operation throws.
+/// counts as missing. Null texts count as empty ones. No operation throws,
+/// but for std::bad_alloc where memory runs out.
 class KESTRA_API Cchantier {
   public:
     /// An object without project; opens nothing. `chemins_CHT` is read again from the settings.
@@ -95,6 +96,7 @@ class KESTRA_API Cchantier {
     ///   folder is looked for beside `m_cheminCht`, then as it stands. One that cannot be opened is passed
     ///   over. The very name ends the search in that included file only. Field 1 of an included line is "**"
     ///   and the name, or the name as it stands when two or more "*" were given.
+    /// - A read error counts as the end of its file.
     ///
     /// `out` is emptied once the file is open; when it cannot be opened, or `section` or `name` is empty, the
     /// result is 0 and `out` stays. The stream is closed in the end.
@@ -114,9 +116,10 @@ class KESTRA_API Cchantier {
     /// - The very first line of the file is never written over: the variable is written elsewhere and both
     ///   lines remain.
     /// - With fewer than 4 bytes behind it, a line that grows covers them and moves nothing.
-    /// - The end is looked for in the last 5 bytes, at the first CR, LF or 0x1A: a last line of fewer than
-    /// four
-    ///   characters is partly written over.
+    /// - The end is looked for in the last 5 bytes, at the first CR, LF or 0x1A: a last line of fewer
+    ///   than four characters is partly written over.
+    /// - A line that starts beyond 2,147,483,647 bytes is not found: the variable is written again,
+    ///   at the end.
     /// - Wildcards in `name` find a line as `Findvar` does, and are written.
     int Setvar(const char* section, const char* name, const char* values);
     /// Entry 0 is the section (19 characters count), entry 1 the name (254), the others values, whose ";" are
@@ -200,9 +203,10 @@ class KESTRA_API Cchantier {
     /// read whole; 0, with the file as it was, when it cannot be opened or written.
     int Maj_DirCht();
     /// The extent of the layouts stored in a project: box receives minimum X and Y, maximum X and Y, cut to
-    /// whole numbers, of the rectangles that the "$MEP;" lines describe. Returns the number of layouts; lines
-    /// that lack a number or "ECH,", or whose X is not above 20000, do not count, nor do extents beyond 32
-    /// bits. The path is opened as it stands.
+    /// whole numbers, of the rectangles that the "$MEP;" lines describe, each within the 500 characters
+    /// behind that tag, whatever line ends stand among them. Returns the number of layouts; lines that lack a
+    /// number or "ECH,", or whose X is not above 20000, do not count, nor do extents beyond 32 bits. The path
+    /// is opened as it stands.
     static int GetMinMaxMepCht(const char* project, std::int32_t box[4]);
 
     // Coordinate conversions. Points are arrays of three numbers: X and Y (metres) or longitude and latitude

@@ -2,6 +2,8 @@
 
 #include <shellapi.h>
 
+#include <algorithm>
+
 #include <platform/console.h>
 #include <platform/cp1252.h>
 
@@ -48,9 +50,15 @@ bool writeConsole(Channel channel, std::string_view text) {
     const std::string bytes = utf8From1252(text);
     DWORD written = 0;
     if (isTerminal(channel)) {
+        // Some consoles refuse more than 64 KiB at once.
+        constexpr std::size_t piece = 1 << 13;
         const std::wstring wide = wideFromUtf8(bytes);
-        return ::WriteConsoleW(handleOf(channel), wide.data(), static_cast<DWORD>(wide.size()), &written,
-                               nullptr) != 0;
+        for (std::size_t at = 0; at < wide.size(); at += piece) {
+            const auto length = static_cast<DWORD>(std::min(piece, wide.size() - at));
+            if (!::WriteConsoleW(handleOf(channel), wide.data() + at, length, &written, nullptr))
+                return false;
+        }
+        return true;
     }
     const auto size = static_cast<DWORD>(bytes.size());
     return ::WriteFile(handleOf(channel), bytes.data(), size, &written, nullptr) != 0 && written == size;

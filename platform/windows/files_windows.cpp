@@ -75,14 +75,15 @@ class WindowsFile : public File {
     bool lock(int milliseconds) override {
         // One byte far behind any content: it keeps other lockers out, not readers.
         OVERLAPPED position = positionOf(INT64_MAX - 1);
-        const ULONGLONG end = ::GetTickCount64() + static_cast<ULONGLONG>(milliseconds);
+        // Not counted in pauses: one lasts up to 16 ms.
+        const ULONGLONG start = ::GetTickCount64();
         for (;;) {
             if (::LockFileEx(m_handle.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
                              &position))
                 return true;
             if (::GetLastError() != ERROR_LOCK_VIOLATION && ::GetLastError() != ERROR_IO_PENDING)
                 return false;
-            if (::GetTickCount64() >= end) return false;
+            if (static_cast<std::int64_t>(::GetTickCount64() - start) >= milliseconds) return false;
             ::Sleep(2);
         }
     }

@@ -9,10 +9,12 @@ namespace {
 constexpr std::int64_t windowsEpoch = 11'644'473'600;
 
 bool systemTime(std::int64_t seconds, SYSTEMTIME& parts) {
+    constexpr std::int64_t ticksPerSecond = 10'000'000;
+    if (seconds < -windowsEpoch || seconds > INT64_MAX / ticksPerSecond - windowsEpoch) return false;
     ULARGE_INTEGER ticks;
-    ticks.QuadPart = static_cast<ULONGLONG>((seconds + windowsEpoch) * 10'000'000);
+    ticks.QuadPart = static_cast<ULONGLONG>((seconds + windowsEpoch) * ticksPerSecond);
     const FILETIME time{ticks.LowPart, ticks.HighPart};
-    return seconds >= -windowsEpoch && ::FileTimeToSystemTime(&time, &parts) != 0;
+    return ::FileTimeToSystemTime(&time, &parts) != 0;
 }
 
 }  // namespace

@@ -212,7 +212,8 @@ AltiConvert* gridOfChoice(const char* choice) {
 }
 
 std::vector<std::string> projectionChoices(const char* selection) {
-    CtesProj::GetProjection("*");  // Conversions load the projections that they use only.
+    // A conversion loads the projections it needs: a list that is not empty may still lack the others.
+    CtesProj::GetProjection("*");
     std::vector<std::string> choices;
     if (selection != nullptr && selection[0] == '*' && selection[1] == 'A')
         choices.emplace_back("_AUTO (Lambert)");

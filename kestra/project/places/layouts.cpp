@@ -24,20 +24,10 @@ struct Layout {
     double x, y, angle, width, height, scale;
 };
 
-/// What belongs to the layout behind its tag: the rest of its logical line.
-std::string_view restOfLine(std::string_view text) {
-    text = text.substr(0, longestLayout);
-    for (std::size_t end = text.find('\n'); end != text.npos; end = text.find('\n', end + 1)) {
-        const std::size_t last = text.substr(0, end).find_last_not_of(" \t\r");
-        if (last == text.npos || text[last] != '+') return text.substr(0, end);
-    }
-    return text;
-}
-
 /// Takes a decimal number off the front of a text.
 std::optional<double> takeNumber(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
-    if (text.starts_with('+')) text.remove_prefix(1);
+    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
     double number = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
     if (read.ec != std::errc()) return std::nullopt;
@@ -68,9 +58,10 @@ bool skipBehind(std::string_view& text, std::string_view mark) {
 }
 
 /// The layout described by what stands behind its tag, which has the line's first ";".
+/// Kept: a layout is looked for in the characters behind its tag, on the lines that follow too.
 std::optional<Layout> layoutOf(std::string_view text) {
     std::array<double, 5> numbers;
-    text = restOfLine(text);
+    text = text.substr(0, longestLayout);
     if (!skipBehind(text, ";") || !skipBehind(text, ";") || !skipBehind(text, "INS,")) return std::nullopt;
     if (!takeNumbers(text, numbers) || !skipBehind(text, "ECH,") || !(numbers[0] > leastX))
         return std::nullopt;

@@ -22,7 +22,7 @@ std::string textOf(const char* text) {
 
 /// The services file in force and the letter of its folder; null, after a message, when there is none.
 std::shared_ptr<platform::Stream> openServices(char& letter) {
-    const std::string local = pvg.localFolder, network = pvg.networkFolder;
+    const std::string local = standardFolder('L'), network = standardFolder('R');
     letter = 'L';
     if (auto file = platform::Stream::open((local + "ini\\services.ini").c_str(), platform::OpenMode::read))
         return file;

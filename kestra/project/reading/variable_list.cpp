@@ -39,10 +39,10 @@ int VisitVariables(Cchantier& project, const std::function<bool(const ProjectVar
 }
 
 int VisitFoundLines(Cchantier& project, const char* section, const char* name,
-                    const std::function<void(const CStringArray&, bool included)>& visit) {
+                    const std::function<void(const CStringArray& fields, bool included)>& visit) {
     return kestra::visitVariable(project, section, name, [&](const kestra::FoundLine& line) {
         CStringArray fields;
-        kestra::appendFields(fields, line, 0);
+        kestra::appendFields(fields, line.text, 0, 0, line.folder);
         visit(fields, line.included);
     });
 }

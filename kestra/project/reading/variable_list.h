@@ -19,7 +19,7 @@ struct ProjectVariable {
 KESTRA_API int VisitVariables(Cchantier& project, const std::function<bool(const ProjectVariable&)>& visit);
 
 /// Calls `visit` with each line that `Cchantier::Getvar` finds, as the fields that it returns (section, name,
-/// values), and whether the line is of an include. Returns the number of lines; -1 when the project cannot be
-/// opened or nothing is asked for.
+/// values) but for the mark "**" of an include's name, and whether the line is of an include. Returns the
+/// number of lines; -1 when the project cannot be opened or nothing is asked for.
 KESTRA_API int VisitFoundLines(Cchantier& project, const char* section, const char* name,
-                               const std::function<void(const CStringArray&, bool included)>& visit);
+                               const std::function<void(const CStringArray& fields, bool included)>& visit);

@@ -14,7 +14,7 @@ struct FoundLine {
     std::string_view text;
     const std::string& folder;  ///< what "..\" stands for in it
     bool included;              ///< from an include
-    bool marked;                ///< its name is returned with "**" in front
+    bool marked;                ///< `Cchantier::Getvar` marks its name as an include's
 };
 
 /// Looks a variable up as `Cchantier::Getvar` says and visits its lines in that order. Returns their number;

@@ -16,8 +16,9 @@ TEST(ConvertCommand, LinesOfAnyLengthPassAsBytes) {
         text += "652381.123;6862047.5" + tail;
         expected += "1652379.9710;8184269.1390" + tail;
     }
-    text += "652381.123;6862047.5";
-    expected += "1652379.9710;8184269.1390";
+    const std::string last = ';' + std::string(300'000, 'y');
+    text += "652381.123;6862047.5" + last;
+    expected += "1652379.9710;8184269.1390" + last;
     const std::string in = folder.write("in.csv", text), out = folder.path("out.csv");
     const Words command = {"convert", "--from=L-93", "--to=LZ93-CC49", "--output", out, in};
     KeptTerminal terminal;

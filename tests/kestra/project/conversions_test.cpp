@@ -117,4 +117,52 @@ TEST(CoordinateOperation, HeightsGoThroughBothGridsAndTheConstant) {
     EXPECT_TRUE(operation.missesGrid());
 }
 
+TEST(CoordinateOperation, TheReportNamesOperationGridAndAccuracy) {
+    const SettingsFolders folders;
+    folders.local("projections",
+                  "[PROJECTIONS]\nII par grille=COMME=L-IIE;GRILLE=essai_gr3d.txt\nII sans "
+                  "grille=COMME=L-IIE;GRILLE=rien.txt\n");
+    folders.folder().write("local\\ini\\essai_gr3d.txt",
+                           "GR3D1 2 3 48 49 1 1\n2 2 48 -168 -60 320 1\n2 3 48 -168 -60 320 1\n"
+                           "2 2 49 -168 -60 320 2\n2 3 49 -168 -60 320 1\n");
+    const auto reportOf = [](const char* name, bool missing) {
+        kestra::CoordinateOperation operation;
+        operation.from = projection(name);
+        operation.to = projection("L-93");
+        std::string all;
+        for (const std::string& line : operation.report()) all += line + '\n';
+        EXPECT_EQ(operation.missesGrid(), missing) << all;
+        return all;
+    };
+    const auto expectAll = [](const std::string& report, std::initializer_list<const char*> parts) {
+        for (const char* part : parts)
+            EXPECT_NE(report.find(part), std::string::npos) << part << " in\n" << report;
+    };
+    expectAll(reportOf("L-IIE", false), {"DX -168 DY -60 DZ +320 m", "Grilles : aucune", "Précision : 2 m"});
+    expectAll(reportOf("II par grille", false),
+              {"grille nationale essai_gr3d.txt", "Grilles : essai_gr3d.txt", "celle de la grille"});
+    expectAll(reportOf("II sans grille", true),
+              {"rien.txt INTROUVABLE", "Grilles : aucune", "Précision : 2 m"});
+    expectAll(reportOf("LZ93-CC42", false), {"Grilles : aucune", "0,1 mm"});
+}
+
+TEST(CoordinateOperation, ChoicesComeFromTheSettings) {
+    const SettingsFolders folders;
+    const std::vector<std::string> builtIn = {"Altitudes NGF(RAF2009) =RAF09.MNT",
+                                              "Altitudes ED50(EGM08)  =EGM08fr.MNT",
+                                              "Altitudes ED50(EGM96) =egm96fr.MNT"};
+    EXPECT_EQ(kestra::altitudeChoices(), builtIn);
+    folders.network("projections", "[ALTITUDES]\nNGF IGN69=RAF20.mnt\nVide=\nCorse=RAC09.mnt\n");
+    EXPECT_EQ(kestra::altitudeChoices(),
+              (std::vector<std::string>{"NGF IGN69=RAF20.mnt", "Corse=RAC09.mnt"}));
+
+    ASSERT_NE(CtesProj::GetProjection("L-93"), nullptr);  // the first one loaded, when this test runs alone
+    const auto choices = kestra::projectionChoices("L-93");
+    EXPECT_EQ(choices[0], "_Non Définie");
+    EXPECT_EQ(choices[1], "_Locale");
+    EXPECT_EQ(choices[2], "L-I  :");
+    EXPECT_EQ(kestra::projectionChoices("*AUTO")[0], "_AUTO (Lambert)");
+    EXPECT_EQ(kestra::projectionChoices("*a")[0], "_Non Définie");
+}
+
 }  // namespace

@@ -138,7 +138,6 @@ TEST_F(Services, LayoutsGiveTheirExtent) {
     } cases[] = {
         {whole + "x $MEP;;;y;INS,30000,0,200,10,20;  ECH, 100\r\n", 2, {20100, -50, 30000, 49}},
         {"$MEP;A;B;INS,+3e4, 5,100,10,20+\r\n;ECH,0x", 1, {30000, 5, 30000, 5}},
-        {"$MEP;A;B;INS,30000,5,100,10,20;\n$MEP;ECH,500"},
         {"$MEP;A;B;INS,nan,5,100,10,20;ECH,500\n$MEP;A;B;INS,30000,inf,100,10,20;ECH,500"},
     };
     Box box = {1, 2, 3, 4};
