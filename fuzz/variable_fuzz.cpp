@@ -4,9 +4,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <set>
 #include <string>
 
-#include <kestra/variables/variable.h>
+#include <kestra/variables/variables.h>
 
 namespace {
 
@@ -43,13 +44,25 @@ void apply(int operation, CVariable& variable, CVariable& other, Model& model, c
     if (operation >= 1 && operation <= 3) model.combine(operation, by);
     if (operation == 4) model = by;
     if (operation >= 5) model = {5, 0, model.shown()};
-    int (CVariable::*const operations[])(CVariable*) = {&CVariable::fAjoute, &CVariable::fSubstract,
-                                                        &CVariable::fMultiplie, &CVariable::fDivise,
-                                                        &CVariable::fSetValFrom};
-    if (operation < 5)
-        (variable.*operations[operation])(&other);
-    else
-        variable.ToCstring();
+    switch (operation) {
+        case 0:
+            variable.fAjoute(&other);
+            break;
+        case 1:
+            variable.fSubstract(&other);
+            break;
+        case 2:
+            variable.fMultiplie(&other);
+            break;
+        case 3:
+            variable.fDivise(&other);
+            break;
+        case 4:
+            variable.fSetValFrom(&other);
+            break;
+        default:
+            variable.ToCstring();
+    }
 }
 
 void require(bool holds) {
@@ -82,12 +95,23 @@ void assign(CVariable& variable, Model& model, const std::string& text) {
         variable.m_value.text = new CString(text);
 }
 
+void changeList(CVariables& list, std::set<std::string>& model, const std::string& name, bool removes) {
+    require((list.find(name.c_str()) != nullptr) == model.contains(name));
+    require(list.GetPosition() == std::distance(model.begin(), model.lower_bound(name)));
+    if (removes) return require(list.del(name.c_str()) == (model.erase(name) == 1));
+    list.add(new CVariable(name.c_str()));
+    model.insert(name.substr(0, 20));
+}
+
 }  // namespace
 
-/// Each byte chooses an operation on two of four variables, whose values are pieces of the input.
+/// Each byte chooses an operation on two of four variables, whose values are pieces of the input; a list of
+/// variables takes the pieces as names.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     CVariable variables[4];
     Model models[4];
+    CVariables list;
+    std::set<std::string> names;
     for (std::size_t i = 0; i < size; ++i) {
         const std::size_t mine = data[i] / 8 % 4, other = data[i] / 32 % 4;
         if (data[i] % 8 == 7) {
@@ -96,6 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             for (char& letter : piece)
                 letter -= letter == 'x' || letter == 'X';  // glibc rounds some hexadecimals wrong
             assign(variables[mine], models[mine], piece);
+            changeList(list, names, piece, data[i] >= 128);
         } else if (models[mine].text.size() + models[other].text.size() < 4096) {
             apply(data[i] % 8, variables[mine], variables[other], models[mine], models[other]);
             requireOrder(variables[mine], variables[other], models[mine], models[other]);

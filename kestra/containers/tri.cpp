@@ -23,7 +23,8 @@ bool isElement(const void* element) {
 void prefetchElement(const void* element) {
     constexpr std::size_t keyOffset = sizeof(CElement);
     __builtin_prefetch(element);
-    __builtin_prefetch(static_cast<const char*>(element) + keyOffset);
+    // As a number: there is nothing behind the wildcard.
+    __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(element) + keyOffset));
 }
 
 constexpr int probesAhead = 4;  // Two rounds of fetching cover a leaf.
