@@ -83,7 +83,7 @@ TEST(WSocket, OneRequestOneAnswer) {
     LoopbackServer server(
         [&](LoopbackServer::Client& client) {
             client.readUntil(".");
-            client.write(reply);
+            client.write(std::string(reply));  // a copy: the next reply may be made while this one is sent
         },
         host.c_str(), CWSocket::port);
     for (const std::string& answer : {std::string("a\0b", 3), std::string(), std::string(4000, 'x')}) {
