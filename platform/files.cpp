@@ -69,8 +69,8 @@ void FileReplacement::takeIdentity() {
     theFiles().copyIdentity(m_path.c_str(), m_copy.c_str());
 }
 
-bool FileReplacement::commit(Existing existing) {
-    if (m_failed || m_file == nullptr || !m_file->sync()) return false;
+bool FileReplacement::commit(Existing existing, Sync sync) {
+    if (m_failed || m_file == nullptr || (sync == Sync::first && !m_file->sync())) return false;
     m_file.reset();
     const bool replace = existing == Existing::replaced;
     if (replace) takeIdentity();

@@ -115,7 +115,10 @@ class DORSEL_API FileReplacement {
     enum class Existing { replaced, refused };
     /// Puts the content in place; a file that was there gives it its identity (`FileSystem::copyIdentity`),
     /// or makes it fail. After a failure that file is as it was.
-    bool commit(Existing existing);
+    ///
+    /// `Sync::left` renames without waiting for the disk: for who keeps what was there under another name.
+    enum class Sync { first, left };
+    bool commit(Existing existing, Sync sync = Sync::first);
 
   private:
     std::string m_path;

@@ -148,12 +148,15 @@ bool writeLines(platform::FileReplacement& file, const std::vector<Line>& lines,
     return writer.flush();
 }
 
+enum class Backup { none, renamed, copied };
+
 /// Keeps the file's present content under the backup's name: the file itself, or a copy when the backup is on
-/// another drive. False when neither can be.
-bool backUp(const char* file, const Content& content) {
-    return DOS::Rename(file, backupName, 1) != 0 ||
-           platform::replaceWholeFile(backupName,
-                                      {content.bytes.get(), static_cast<std::size_t>(content.size)});
+/// another drive.
+Backup backUp(const char* file, const Content& content) {
+    if (DOS::Rename(file, backupName, 1) != 0)
+        return theFiles().kind(file) == platform::FileKind::missing ? Backup::renamed : Backup::copied;
+    const std::string_view bytes(content.bytes.get(), static_cast<std::size_t>(content.size));
+    return platform::replaceWholeFile(backupName, bytes) ? Backup::copied : Backup::none;
 }
 
 /// Writes the lines beside the file and puts them in its place, the present content in the backup's.
@@ -164,8 +167,12 @@ bool replaceFile(const char* file, const std::vector<Line>& lines, const Content
     platform::FileReplacement sorted(target.c_str());
     if (!sorted.isOpen() || !writeLines(sorted, lines, content, descending, progress)) return false;
     sorted.takeIdentity();  // while the file still has its name
-    if (!backUp(target.c_str(), content)) return false;
-    if (sorted.commit(platform::FileReplacement::Existing::replaced)) return true;
+    const Backup backup = backUp(target.c_str(), content);
+    if (backup == Backup::none) return false;
+    // What still has the file's own name must not go before the new content is on the disk.
+    using Replacement = platform::FileReplacement;
+    const auto sync = backup == Backup::renamed ? Replacement::Sync::left : Replacement::Sync::first;
+    if (sorted.commit(Replacement::Existing::replaced, sync)) return true;
     if (theFiles().kind(target.c_str()) == platform::FileKind::missing)
         DOS::Rename(backupName, target.c_str(), 0);
     return false;
